@@ -1,0 +1,74 @@
+#pragma once
+
+#include "config/records/records.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+namespace tamsel {
+
+class DaemonXPCClient;
+class StorageMgr;
+
+/// One row of the mapping screen. Codes are codes of KeyCodes, 0 where no key is chosen; names are
+/// the catalogue's, empty for no key.
+struct MappingRow {
+    Q_GADGET
+    Q_PROPERTY(QString id MEMBER id)
+    Q_PROPERTY(bool enabled MEMBER enabled)
+    Q_PROPERTY(quint32 fromCode MEMBER fromCode)
+    Q_PROPERTY(QString fromName MEMBER fromName)
+    Q_PROPERTY(quint32 toCode MEMBER toCode)
+    Q_PROPERTY(QString toName MEMBER toName)
+
+public:
+    QString id;
+    bool enabled = false;
+    quint32 fromCode = 0;
+    QString fromName;
+    quint32 toCode = 0;
+    QString toName;
+
+    bool operator==(const MappingRow&) const = default;
+};
+
+/// The mapping screen's model: the user's mappings, and below them the built-in ones that they do
+/// not cover. Every change loads the stored configuration, replaces its mappings, saves it and
+/// sends it with the built-in defaults merged in. Main thread only.
+class MappingVM final : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QList<tamsel::MappingRow> userRows READ userRows NOTIFY rowsChanged)
+    Q_PROPERTY(QList<tamsel::MappingRow> builtInRows READ builtInRows NOTIFY rowsChanged)
+
+public:
+    MappingVM(StorageMgr& storage, DaemonXPCClient& daemon, QObject* parent = nullptr);
+
+    const QList<MappingRow>& userRows() const { return m_userRows; }
+    const QList<MappingRow>& builtInRows() const { return m_builtInRows; }
+
+    /// Reads the store again; the screen calls it each time it is shown.
+    Q_INVOKABLE void reload();
+    /// Inserts an enabled, empty mapping at the top; returns its id.
+    Q_INVOKABLE QString addMapping();
+    Q_INVOKABLE void deleteMapping(const QString& id);
+    /// On a built-in row, true promotes it to the top of the user's rows and false does nothing.
+    Q_INVOKABLE void setEnabled(const QString& id, bool enabled);
+    /// Replace a user row's source or target by a plain key without modifiers.
+    Q_INVOKABLE void setFrom(const QString& id, quint32 keyCode);
+    Q_INVOKABLE void setTo(const QString& id, quint32 keyCode);
+
+signals:
+    void rowsChanged();
+
+private:
+    void commit(Cfg cfg);
+    void show(const Cfg& cfg);
+
+    StorageMgr& m_storage;
+    DaemonXPCClient& m_daemon;
+    QList<MappingRow> m_userRows;
+    QList<MappingRow> m_builtInRows;
+};
+
+} // namespace tamsel
