@@ -6,6 +6,9 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+#include <vector>
+
 namespace tamsel {
 
 class DaemonXPCClient;
@@ -62,7 +65,11 @@ signals:
     void rowsChanged();
 
 private:
-    void commit(Cfg cfg);
+    /// Applies `edit` to the user's mapping with this id; nothing happens when there is none.
+    void change(const QString& id,
+                const std::function<void(std::vector<KeyMapping>&,
+                                         std::vector<KeyMapping>::iterator)>& edit);
+    void commit(const Cfg& cfg);
     void show(const Cfg& cfg);
 
     StorageMgr& m_storage;

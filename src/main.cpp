@@ -1,0 +1,103 @@
+#include "app/app_delegate.h"
+#include "app/connection_vm.h"
+#include "config/storage_mgr.h"
+#include "daemon/daemon_xpc_client.h"
+#include "daemon/protocol/socket_path.h"
+#include "editors/mapping_vm.h"
+#include "log/logger.h"
+#include "platform/linux/dbus_daemon_connection.h"
+#include "platform/linux/desktop_workspace.h"
+#include "platform/linux/embedded_daemon.h"
+#include "platform/linux/folder_bundle.h"
+#include "platform/linux/journal_system_log.h"
+#include "platform/linux/qt_main_queue.h"
+#include "platform/linux/qt_pasteboard.h"
+#include "platform/linux/real_clock.h"
+#include "platform/linux/sqlite_user_defaults.h"
+#include "platform/linux/termination_signals.h"
+#include "platform/notification_center.h"
+#include "ui/main_vm.h"
+#include "ui/main_window.h"
+
+#include <QGuiApplication>
+
+#include <csignal>
+#include <cstdio>
+
+namespace {
+
+int cantStart(const std::string& reason) {
+    std::fprintf(stderr, "tamsel: %s\n", reason.c_str());
+    return 1;
+}
+
+/// The daemon that the application brings along, unless the environment names another one.
+std::unique_ptr<tamsel::EmbeddedDaemon> startEmbeddedDaemon(const tamsel::Bundle& bundle,
+                                                            const QString& address,
+                                                            tamsel::Logger& logger) {
+    if (!qEnvironmentVariableIsEmpty("TAMSEL_DAEMON_ADDRESS"))
+        return nullptr;
+    const auto program = bundle.pathForResource(QStringLiteral("tamsel-daemon"),
+                                                QStringLiteral("app"));
+    if (!program) {
+        logger.error(QStringLiteral("[DaemonMgr] Daemon 二進制不在 App Bundle 中"));
+        return nullptr;
+    }
+    auto daemon = std::make_unique<tamsel::EmbeddedDaemon>(
+        *program, QString::fromStdString(tamsel::protocol::socketFile(address.toStdString())));
+    if (const auto started = daemon->ensureRunning(); !started)
+        logger.error(QStringLiteral("[DaemonMgr] Daemon 註冊失敗: ") +
+                     QString::fromStdString(started.error().description()));
+    return daemon;
+}
+
+} // namespace
+
+// The composition root: the platform, the managers in the order of their dependencies, the window.
+// Everything ends in reverse.
+int main(int argc, char** argv) {
+    std::signal(SIGPIPE, SIG_IGN);
+    const tamsel::TerminationSignals signalled([] { QCoreApplication::quit(); });
+
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("tamsel"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Tamsel"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("app.tamsel"));
+
+    tamsel::QtMainQueue queue;
+    const tamsel::RealClock clock;
+    const auto bundle = tamsel::FolderBundle::standard(QCoreApplication::applicationDirPath());
+    QGuiApplication::setApplicationVersion(
+        bundle.infoString(QStringLiteral("CFBundleShortVersionString")).value_or(QString()));
+    tamsel::JournalSystemLog systemLog("app.tamsel", "app");
+    tamsel::QtPasteboard pasteboard(queue);
+    tamsel::DesktopWorkspace workspace;
+    tamsel::NotificationCenter notifications;
+    const auto defaults =
+        tamsel::SqliteUserDefaults::open(tamsel::SqliteUserDefaults::standardFile());
+    if (!defaults)
+        return cantStart("the settings can't be opened: " + defaults.error().description());
+    const auto address = QString::fromStdString(tamsel::protocol::daemonAddress());
+    tamsel::DBusDaemonConnector connector(address, queue);
+
+    tamsel::Logger logger(systemLog, queue, clock, pasteboard);
+    if (const QString& aside = (*defaults)->setAside(); !aside.isEmpty())
+        logger.warning(QStringLiteral("[UserDefaults] 設定檔已損壞，另存為: ") + aside);
+    tamsel::StorageMgr storage(**defaults, logger);
+    tamsel::DaemonXPCClient daemon(connector, storage,
+                                   {queue, clock, pasteboard, workspace, logger});
+    const auto embedded = startEmbeddedDaemon(bundle, address, logger);
+
+    tamsel::ConnectionVM connection(daemon);
+    tamsel::MappingVM mapping(storage, daemon);
+    tamsel::MainVM main(notifications);
+    tamsel::AppDelegate delegate(daemon, storage, logger);
+
+    const tamsel::MainWindow window({main, mapping, connection});
+    if (!window.window())
+        return cantStart("the window can't be loaded");
+    delegate.applicationDidFinishLaunching();
+    const int status = QGuiApplication::exec();
+    delegate.applicationWillTerminate();
+    return status;
+}

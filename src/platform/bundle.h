@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace tamsel {
+
+/// The application's own files and identity. Read once at start, immutable; any thread.
+class Bundle {
+public:
+    virtual ~Bundle() = default;
+
+    /// A text of the information dictionary, such as "CFBundleVersion"; nothing when the key is
+    /// missing or its value is no text.
+    virtual std::optional<QString> infoString(const QString& key) const = 0;
+    /// The path of a resource; type "app" names a companion program. Nothing when it isn't there.
+    virtual std::optional<QString> pathForResource(const QString& name,
+                                                   const QString& type) const = 0;
+};
+
+} // namespace tamsel

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+namespace tamsel {
+
+/// The application's named notifications, one typed signal each; whoever has news emits it, and
+/// neither side knows the other. Main thread.
+class NotificationCenter final : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+signals:
+    /// "NavigateToPage": show the screen with this page name.
+    void navigateToPage(const QString& page);
+    /// "KeyboardShortcut_A": add a row on the screen that is shown.
+    void keyboardShortcutA();
+};
+
+} // namespace tamsel

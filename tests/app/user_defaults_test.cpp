@@ -1,0 +1,126 @@
+#include "platform/linux/sqlite_user_defaults.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tamsel {
+
+struct SqliteUserDefaultsTest : testing::Test {
+    QTemporaryDir folder;
+    QString file = folder.filePath("tamsel/defaults.sqlite");
+
+    std::unique_ptr<SqliteUserDefaults> open() {
+        auto opened = SqliteUserDefaults::open(file);
+        EXPECT_TRUE(opened) << opened.error().description();
+        return opened ? std::move(*opened) : nullptr;
+    }
+};
+
+TEST_F(SqliteUserDefaultsTest, KeepsBytesAcrossOpenings) {
+    const QByteArray bytes("\0\xff binary \0", 11);
+    {
+        const auto store = open();
+        EXPECT_EQ(store->dataForKey("k"), std::nullopt);
+        ASSERT_TRUE(store->setData("old", "k"));
+        ASSERT_TRUE(store->setData(bytes, "k"));
+        ASSERT_TRUE(store->setData("", "empty"));
+    }
+    const auto store = open();
+    EXPECT_EQ(store->dataForKey("k"), bytes);
+    EXPECT_EQ(store->dataForKey("empty"), QByteArray(""));
+    EXPECT_TRUE(store->setAside().isEmpty());
+}
+
+TEST_F(SqliteUserDefaultsTest, TwoOpenStoresSeeEachOther) {
+    const auto first = open();
+    const auto second = open();
+    for (int i = 0; i < 50; ++i) {
+        const QByteArray value = QByteArray::number(i);
+        ASSERT_TRUE((i % 2 ? first : second)->setData(value, "k"));
+        EXPECT_EQ((i % 2 ? second : first)->dataForKey("k"), value);
+    }
+}
+
+TEST_F(SqliteUserDefaultsTest, ADamagedFileIsSetAsideNotDeleted) {
+    QDir().mkpath(folder.filePath("tamsel"));
+    for (int n = 1; n <= 2; ++n) {
+        const QByteArray damaged = "this is no database, " + QByteArray::number(n);
+        QFile raw(file);
+        ASSERT_TRUE(raw.open(QFile::WriteOnly | QFile::Truncate));
+        raw.write(damaged);
+        raw.close();
+        const auto store = open();
+        ASSERT_TRUE(store);
+        EXPECT_EQ(store->setAside(), QString("%1.damaged-%2").arg(file).arg(n));
+        QFile aside(store->setAside());
+        ASSERT_TRUE(aside.open(QFile::ReadOnly));
+        EXPECT_EQ(aside.readAll(), damaged);
+        EXPECT_TRUE(store->setData("x", "k"));
+    }
+}
+
+TEST_F(SqliteUserDefaultsTest, AFolderThatCantBeMadeIsAClearError) {
+    QFile blocker(folder.filePath("tamsel"));
+    ASSERT_TRUE(blocker.open(QFile::WriteOnly));
+    const auto opened = SqliteUserDefaults::open(file);
+    ASSERT_FALSE(opened);
+    EXPECT_NE(opened.error().description().find("tamsel"), std::string::npos);
+}
+
+// A child that saves without pause is killed at 200 moments; what is stored is always one of the
+// values it has written, whole.
+TEST_F(SqliteUserDefaultsTest, AKillDuringSavesLeavesACompleteValue) {
+    const QByteArray program = TAMSEL_TEST_PROGRAMS "/save_loop";
+    QByteArray path = QFile::encodeName(file);
+    int distinct = 0;
+    QByteArray last;
+    for (int round = 0; round < 200; ++round) {
+        QByteArray seed = QByteArray::number(round);
+        char* arguments[] = {const_cast<char*>(program.constData()), path.data(), seed.data(),
+                             nullptr};
+        int fds[2];
+        ASSERT_EQ(::pipe2(fds, O_CLOEXEC), 0);
+        posix_spawn_file_actions_t streams;
+        posix_spawn_file_actions_init(&streams);
+        posix_spawn_file_actions_adddup2(&streams, fds[1], STDOUT_FILENO);
+        pid_t pid = -1;
+        const int failure =
+            ::posix_spawn(&pid, program.constData(), &streams, nullptr, arguments, environ);
+        posix_spawn_file_actions_destroy(&streams);
+        ::close(fds[1]);
+        ASSERT_EQ(failure, 0);
+        char ready = 0; // comes after the child's first save
+        ASSERT_EQ(::read(fds[0], &ready, 1), 1);
+        ::close(fds[0]);
+        ::usleep(static_cast<useconds_t>(round * 97 % 10'000));
+        ::kill(pid, SIGKILL);
+        int status = 0;
+        ::waitpid(pid, &status, 0);
+        ASSERT_TRUE(WIFSIGNALED(status)) << "the child ended by itself: " << WEXITSTATUS(status);
+
+        const auto store = open();
+        ASSERT_TRUE(store);
+        ASSERT_TRUE(store->setAside().isEmpty());
+        const auto value = store->dataForKey("k");
+        ASSERT_TRUE(value);
+        ASSERT_TRUE(*value);
+        // Values are one byte repeated, as long as the byte says.
+        const QByteArray& bytes = **value;
+        ASSERT_FALSE(bytes.isEmpty());
+        ASSERT_EQ(bytes, QByteArray(20'000 + static_cast<uchar>(bytes[0]), bytes[0]));
+        distinct += bytes != last;
+        last = bytes;
+    }
+    EXPECT_GT(distinct, 190);
+}
+
+} // namespace tamsel
