@@ -43,7 +43,7 @@ void GadgetListModel::setSource(QObject* source) {
         return;
     m_source = source;
     connectSource();
-    emit sourceChanged();
+    Q_EMIT sourceChanged();
 }
 
 void GadgetListModel::setList(const QString& list) {
@@ -51,7 +51,7 @@ void GadgetListModel::setList(const QString& list) {
         return;
     m_listName = list;
     connectSource();
-    emit listChanged();
+    Q_EMIT listChanged();
 }
 
 void GadgetListModel::setKey(const QString& key) {
@@ -59,7 +59,7 @@ void GadgetListModel::setKey(const QString& key) {
         return;
     m_key = key;
     connectSource();
-    emit keyChanged();
+    Q_EMIT keyChanged();
 }
 
 int GadgetListModel::rowCount(const QModelIndex& parent) const {
@@ -111,7 +111,7 @@ void GadgetListModel::connectSource() {
         m_death = connect(m_source, &QObject::destroyed, this, [this] { setSource(nullptr); });
     }
     endResetModel();
-    emit countChanged();
+    Q_EMIT countChanged();
 }
 
 QList<GadgetListModel::Row> GadgetListModel::read() {
@@ -162,7 +162,7 @@ void GadgetListModel::refresh() {
     insertNew(fresh);
     updateChanged(fresh);
     if (count() != before)
-        emit countChanged();
+        Q_EMIT countChanged();
 }
 
 void GadgetListModel::take(int first, int last) {
@@ -231,7 +231,7 @@ void GadgetListModel::updateChanged(const QList<Row>& fresh) {
         if (m_rows[i].gadget == fresh[i].gadget)
             continue;
         m_rows[i].gadget = fresh[i].gadget;
-        emit dataChanged(index(i), index(i));
+        Q_EMIT dataChanged(index(i), index(i));
     }
 }
 

@@ -9,9 +9,10 @@
 
 namespace tamsel {
 
-/// A list model over the QList<Gadget> property `list` of the object `source`, for views that must not rebuild the
-/// rows that did not change. It reads the list again on the property's notify signal and tells its
-/// views only what became different; rows are the same row when their `key` fields are equal.
+/// A list model over the QList<Gadget> property `list` of the object `source`, for views that must
+/// not rebuild the rows that did not change. It reads the list again on the property's notify
+/// signal and tells its views only what became different; rows are the same row when their `key`
+/// fields are equal.
 ///
 /// Roles: "row" is the whole gadget, and each of its fields has a role of its own name.
 class GadgetListModel final : public QAbstractListModel {

@@ -39,8 +39,8 @@ KeyCatalogue* KeyCatalogue::create(QQmlEngine*, QJSEngine*) {
 
 KeyCatalogue::KeyCatalogue(QObject* parent) : QAbstractListModel(parent) {
     for (const KeyGroup& group : KeyCodes::selectorGroups()) {
-        const QString section = QCoreApplication::translate(
-            context, toQString(group.title).toUtf8().constData());
+        const QString section =
+            QCoreApplication::translate(context, toQString(group.title).toUtf8().constData());
         for (const KeyCodeDef& key : group.keys) {
             m_shown.append(m_entries.size());
             m_entries.append({key.code, toQString(key.name), section});
@@ -60,7 +60,7 @@ void KeyCatalogue::setFilter(const QString& filter) {
             m_shown.append(i);
     }
     endResetModel();
-    emit filterChanged();
+    Q_EMIT filterChanged();
 }
 
 int KeyCatalogue::rowCount(const QModelIndex& parent) const {
@@ -72,10 +72,14 @@ QVariant KeyCatalogue::data(const QModelIndex& index, int role) const {
         return {};
     const Entry& entry = m_entries[m_shown[index.row()]];
     switch (role) {
-    case CodeRole: return entry.code;
-    case NameRole: return entry.name;
-    case SectionRole: return entry.section;
-    default: return {};
+    case CodeRole:
+        return entry.code;
+    case NameRole:
+        return entry.name;
+    case SectionRole:
+        return entry.section;
+    default:
+        return {};
     }
 }
 

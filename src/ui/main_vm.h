@@ -6,7 +6,10 @@
 
 namespace tamsel {
 
-/// The main window's own state: which screen the sidebar shows. Main thread only.
+class NotificationCenter;
+
+/// The main window's own state: which screen the sidebar shows. Follows "NavigateToPage". Main
+/// thread only.
 class MainVM final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -18,7 +21,8 @@ public:
     enum MenuItem { Dashboard, Mapping, Combo, Devices, About };
     Q_ENUM(MenuItem)
 
-    explicit MainVM(QObject* parent = nullptr);
+    /// `notifications` must outlive this object.
+    explicit MainVM(NotificationCenter& notifications, QObject* parent = nullptr);
 
     MenuItem selected() const { return m_selected; }
     void select(MenuItem item);
@@ -26,11 +30,16 @@ public:
     /// Chooses the screen that an application URL names, whatever the name's case; "" is the
     /// dashboard. A name that no screen has leaves the selection as it is.
     Q_INVOKABLE void navigate(const QString& pageName);
+    /// The key for adding was pressed: posts "KeyboardShortcut_A".
+    Q_INVOKABLE void add();
 
 signals:
     void selectedChanged();
+    /// "KeyboardShortcut_A" was posted: the screen that is shown adds a row.
+    void addRequested();
 
 private:
+    NotificationCenter& m_notifications;
     MenuItem m_selected = Dashboard;
 };
 

@@ -30,14 +30,7 @@ MainWindow::MainWindow(const WindowModels& models) {
         QRect frame = main->geometry();
         frame.moveCenter(main->screen()->availableGeometry().center());
         main->setPosition(frame.topLeft());
-    }
-}
-
-void MainWindow::show() {
-    if (QQuickWindow* main = window()) {
         main->show();
-        main->raise();
-        main->requestActivate();
     }
 }
 

@@ -20,12 +20,9 @@ struct WindowModels {
 /// and destroy it before the models.
 class MainWindow final {
 public:
-    /// Loads the window, centred and still hidden. window() is null when it could not be loaded; the engine has
-    /// then said why on standard error.
+    /// Loads the window and shows it, centred. window() is null when it could not be loaded; the
+    /// engine has then said why on standard error.
     explicit MainWindow(const WindowModels& models);
-
-    /// Shows the window, in front and with the keyboard.
-    void show();
 
     QQuickWindow* window() const;
 

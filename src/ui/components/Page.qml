@@ -14,7 +14,7 @@ FocusScope {
     // The window shows this screen; false while it is hidden.
     readonly property bool shown: Window.visibility !== Window.Hidden
 
-    // The key for adding was pressed.
+    // The user wants a new row.
     signal addRequested()
 
     function scrollToTop(): void {

@@ -45,7 +45,7 @@ Window {
     Shortcut {
         sequence: "A"
         enabled: root.plainKeys
-        onActivated: (pages.item as Page).addRequested()
+        onActivated: root.main.add()
     }
     Instantiator {
         model: sidebar.entries
@@ -55,6 +55,11 @@ Window {
             enabled: root.plainKeys
             onActivated: root.main.selected = index
         }
+    }
+
+    Connections {
+        target: root.main
+        function onAddRequested(): void { (pages.item as Page).addRequested(); }
     }
 
     Sidebar {
