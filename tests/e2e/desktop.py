@@ -1,0 +1,121 @@
+"""A private desktop (X server, session bus, accessibility bus), and a window driven through it."""
+
+import os
+import subprocess
+import sys
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi  # noqa: E402
+
+from harness import wait_until
+
+
+def run_in_desktop():
+    """Starts this test program again inside a desktop of its own, unless it is in one already."""
+    if os.environ.get("TAMSEL_IN_DESKTOP") == "1":
+        return
+    env = {**os.environ, "TAMSEL_IN_DESKTOP": "1", "GTK_MODULES": ""}
+    # xvfb-run picks a free display; the bus ends with the test.
+    command = ["xvfb-run", "-a", "-s", "-screen 0 1280x900x24", "dbus-run-session", "--", "sh", "-c",
+               '/usr/libexec/at-spi-bus-launcher --launch-immediately & exec "$@"', "sh",
+               sys.executable, *sys.argv]
+    sys.exit(subprocess.run(command, env=env, check=False).returncode)
+
+
+def start_app(sandbox, **env):
+    return sandbox.start("tamsel", QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
+                         **env)
+
+
+def _nodes(node, depth=0):
+    if node is None or depth > 60:
+        return
+    yield node
+    for index in range(node.get_child_count()):
+        yield from _nodes(node.get_child_at_index(index), depth + 1)
+
+
+class Window:
+    """The application's window as assistive technology sees it."""
+
+    def __init__(self, process):
+        self.process = process
+        self.application = wait_until(self._find_application, "the application on the bus", 15)
+
+    def _find_application(self):
+        desktop = Atspi.get_desktop(0)
+        for index in range(desktop.get_child_count()):
+            application = desktop.get_child_at_index(index)
+            if application and application.get_process_id() == self.process.pid and \
+                    application.get_child_count() > 0:
+                return application
+        return None
+
+    def all(self, role=None, name=None, showing=True):
+        found = []
+        for node in _nodes(self.application):
+            node.clear_cache()
+            try:
+                if (role is None or node.get_role_name() == role) and \
+                        (name is None or node.get_name() == name) and \
+                        (not showing or node.get_state_set().contains(Atspi.StateType.SHOWING)):
+                    found.append(node)
+            except gi.repository.GLib.Error:
+                pass  # the control went away meanwhile
+        return found
+
+    def find(self, role=None, name=None, index=0, timeout=10):
+        def found():
+            nodes = self.all(role, name)
+            return nodes[index] if len(nodes) > index else None
+        try:
+            return wait_until(found, f"{role} “{name}”", timeout)
+        except AssertionError as error:
+            raise AssertionError(f"{error}; the window shows: {self.describe()}") from None
+
+    def gone(self, role=None, name=None):
+        wait_until(lambda: not self.all(role, name), f"{role} “{name}” to go")
+
+    def describe(self):
+        return [(node.get_role_name(), node.get_name()) for node in self.all() if node.get_name()]
+
+    def press(self, role, name, index=0):
+        node = self.find(role, name, index)
+        wait_until(lambda: act(node), f"{role} “{name}” to take a press")
+        return node
+
+    def is_checked(self, role, name):
+        return self.find(role, name).get_state_set().contains(Atspi.StateType.CHECKED)
+
+    def screenshot(self, path):
+        subprocess.run(["import", "-window", "root", path], check=False)
+
+
+def act(node):
+    """Runs the control's press, toggle or first action."""
+    actions = node.get_action_iface()
+    if actions is None or actions.get_n_actions() == 0:
+        return False
+    names = [actions.get_action_name(i) for i in range(actions.get_n_actions())]
+    for wanted in ("Press", "Toggle", "press", "toggle"):
+        if wanted in names:
+            return actions.do_action(names.index(wanted))
+    return actions.do_action(0)
+
+
+def focus_window():
+    """Gives the application's window the keyboard; there is no window manager to do it."""
+    window = wait_until(
+        lambda: subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Tamsel$"],
+                               capture_output=True, text=True, check=False).stdout.split(),
+        "a visible window")[0]
+    subprocess.run(["xdotool", "windowfocus", "--sync", window], check=False)
+    return window
+
+
+def type_keys(*keys):
+    subprocess.run(["xdotool", "key", "--delay", "30", *keys], check=True)
+    time.sleep(0.05)

@@ -1,0 +1,188 @@
+"""Real processes in a private home: started, watched with bounded waits, and ended by their pids."""
+
+import os
+import shutil
+import signal
+import sqlite3
+import subprocess
+import tempfile
+import threading
+import time
+
+import gi
+
+gi.require_version("Gio", "2.0")
+from gi.repository import Gio, GLib  # noqa: E402
+
+BUILD = os.environ["TAMSEL_BUILD"]
+DAEMON_PATH = "/app/tamsel/daemon"
+DAEMON_INTERFACE = "app.tamsel.TamselDaemonProtocol"
+APP_PATH = "/app/tamsel/app"
+APP_INTERFACE = "app.tamsel.TamselAppCallbackProtocol"
+# Sanitized programs are several times slower.
+PATIENCE = 4.0 if os.environ.get("TAMSEL_SANITIZED") == "1" else 1.0
+
+
+def wait_until(condition, what, timeout=10.0):
+    """Polls until the condition gives something true, and returns that."""
+    deadline = time.monotonic() + timeout * PATIENCE
+    while True:
+        found = condition()
+        if found:
+            return found
+        if time.monotonic() > deadline:
+            raise AssertionError(f"timed out waiting for {what}")
+        time.sleep(0.01)
+
+
+class Sandbox:
+    """A private home with its own XDG folders, and the programs started in it."""
+
+    def __init__(self):
+        self.folder = tempfile.mkdtemp(prefix="tamsel-e2e-")
+        self.address = f"unix:path={self.folder}/daemon.sock"
+        self.processes = []
+        keep = ("PATH", "DISPLAY", "XAUTHORITY", "DBUS_SESSION_BUS_ADDRESS", "AT_SPI_BUS_ADDRESS",
+                "ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS")
+        self.env = {name: os.environ[name] for name in keep if name in os.environ}
+        self.env.update(HOME=self.folder, LANG="C.UTF-8", TZ="UTC", QT_QUICK_BACKEND="software",
+                        TAMSEL_DAEMON_ADDRESS=self.address)
+        for name in ("CONFIG", "STATE", "DATA", "CACHE", "RUNTIME"):
+            path = os.path.join(self.folder, name.lower())
+            os.mkdir(path, 0o700)
+            self.env["XDG_RUNTIME_DIR" if name == "RUNTIME" else f"XDG_{name}_HOME"] = path
+
+    def start(self, program, *arguments, **env):
+        """Starts a program of the build; its standard error goes to a file of its own."""
+        number = len(self.processes)
+        log = os.path.join(self.folder, f"{program}-{number}.err")
+        with open(log, "wb") as stderr:
+            process = subprocess.Popen(
+                [os.path.join(BUILD, "bin", program), *arguments], env={**self.env, **env},
+                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=stderr)
+        process.log = log
+        self.processes.append(process)
+        return process
+
+    def start_app(self, **env):
+        return self.start("tamsel", **{"QT_QPA_PLATFORM": "offscreen", **env})
+
+    def close(self):
+        for process in self.processes:
+            if process.poll() is None:
+                process.send_signal(signal.SIGKILL)
+            process.wait()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    # The application's store, as other programs see it.
+
+    @property
+    def store(self):
+        return os.path.join(self.env["XDG_CONFIG_HOME"], "tamsel", "defaults.sqlite")
+
+    def stored(self, key="tamsel_config"):
+        with sqlite3.connect(f"file:{self.store}?mode=ro", uri=True) as database:
+            row = database.execute("SELECT value FROM defaults WHERE key = ?", (key,)).fetchone()
+        return row[0] if row else None
+
+    def put(self, value, key="tamsel_config"):
+        os.makedirs(os.path.dirname(self.store), exist_ok=True)
+        with sqlite3.connect(self.store) as database:
+            database.execute(
+                "CREATE TABLE IF NOT EXISTS defaults(key TEXT PRIMARY KEY, value)")
+            database.execute("INSERT OR REPLACE INTO defaults VALUES(?, ?)", (key, value))
+        database.close()
+
+
+def log_lines(process):
+    """The texts of a program's log lines so far, without their times."""
+    with open(process.log, encoding="utf-8", errors="replace") as log:
+        return [line.rstrip("\n").split("] ", 1)[-1] if line.startswith("[") else line.rstrip("\n")
+                for line in log]
+
+
+def wait_for_line(process, text, count=1, timeout=10.0):
+    def seen():
+        if process.poll() is not None:
+            raise AssertionError(f"the program ended ({process.returncode}): {log_lines(process)}")
+        return sum(line.startswith(text) for line in log_lines(process)) >= count
+
+    try:
+        wait_until(seen, text, timeout)
+    except AssertionError as error:
+        raise AssertionError(f"{error}; the log: {log_lines(process)}") from None
+
+
+def start_main_loop():
+    """GDBus delivers incoming calls on the default context; a thread of its own runs it."""
+    loop = GLib.MainLoop()
+    threading.Thread(target=loop.run, daemon=True).start()
+    return loop
+
+
+class StandInDaemon:
+    """An independent daemon on GDBus: records what it is asked and answers as it is told."""
+
+    INTROSPECTION = f"""<node><interface name="{DAEMON_INTERFACE}">
+        <method name="updateCfg"><arg type="ay" direction="in"/><arg type="b" direction="out"/></method>
+        <method name="getStatus"><arg type="b" direction="out"/><arg type="b" direction="out"/>
+            <arg type="s" direction="out"/></method>
+        <method name="getVersion"><arg type="s" direction="out"/></method>
+        <method name="stopGrabbing"><arg type="b" direction="out"/></method>
+        <method name="startGrabbing"><arg type="b" direction="out"/></method>
+        <method name="subscribeKeyViewer"><arg type="b" direction="out"/></method>
+        <method name="unsubscribeKeyViewer"><arg type="b" direction="out"/></method>
+        <method name="getSeenDevices"><arg type="ay" direction="out"/></method>
+        </interface></node>"""
+
+    def __init__(self, address):
+        self.address = address
+        self.configs = []
+        self.connections = []
+        self.accepts = True
+        self.error = None
+        self._listen()
+
+    def _listen(self):
+        path = self.address.removeprefix("unix:path=")
+        if os.path.exists(path):
+            os.unlink(path)
+        self.server = Gio.DBusServer.new_sync(
+            self.address, Gio.DBusServerFlags.NONE, Gio.dbus_generate_guid(), None, None)
+        self.server.connect("new-connection", self._connected)
+        self.server.start()
+
+    def _connected(self, _server, connection):
+        interface = Gio.DBusNodeInfo.new_for_xml(self.INTROSPECTION).interfaces[0]
+        connection.register_object(DAEMON_PATH, interface, self._called, None, None)
+        self.connections.append(connection)
+        return True
+
+    def _called(self, _connection, _sender, _path, _interface, method, arguments, invocation):
+        if self.error:
+            invocation.return_dbus_error("app.tamsel.Error", self.error)
+        elif method == "updateCfg":
+            self.configs.append(bytes(arguments.unpack()[0]))
+            invocation.return_value(GLib.Variant("(b)", (self.accepts,)))
+        elif method == "getStatus":
+            invocation.return_value(GLib.Variant("(bbs)", (True, True, "RUNNING")))
+        elif method == "getVersion":
+            invocation.return_value(GLib.Variant("(s)", ("1",)))
+        elif method == "getSeenDevices":
+            invocation.return_value(GLib.Variant("(ay)", (b"[]",)))
+        else:
+            invocation.return_value(GLib.Variant("(b)", (True,)))
+
+    def die(self):
+        self.server.stop()
+        for connection in self.connections:
+            connection.close_sync(None)
+        self.connections.clear()
+
+    def come_back(self):
+        self._listen()
+
+    def ask_app(self, method, arguments=None, reply=None):
+        return self.connections[-1].call_sync(
+            None, APP_PATH, APP_INTERFACE, method, arguments, reply and GLib.VariantType(reply),
+            Gio.DBusCallFlags.NONE, 5000, None).unpack()
