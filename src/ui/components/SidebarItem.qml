@@ -1,0 +1,71 @@
+import QtQuick
+import QtQuick.Templates as T
+import Tamsel
+
+T.AbstractButton {
+    id: item
+
+    property string symbol
+    property string keyHint
+    property bool selected: false
+
+    readonly property color ink: selected ? Theme.accent : Theme.text
+
+    implicitHeight: Theme.sidebarItemHeight
+    hoverEnabled: true
+    // One Tab stop for the whole list; Up and Down move inside it.
+    focusPolicy: selected ? Qt.StrongFocus : Qt.ClickFocus
+    Accessible.role: Accessible.PageTab
+    Accessible.name: text
+    Accessible.selectable: true
+    Accessible.selected: selected
+    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: click()
+
+    contentItem: Item {
+        Rectangle {
+            x: 4
+            anchors.verticalCenter: parent.verticalCenter
+            width: 3
+            height: 16
+            radius: width / 2
+            visible: item.selected
+            color: Theme.accent
+        }
+        Icon {
+            x: 14
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: item.symbol
+            size: Theme.iconSidebar
+            color: item.selected ? Theme.accent : Theme.textMuted
+        }
+        Label {
+            x: 46
+            width: hint.x - x - 8
+            anchors.verticalCenter: parent.verticalCenter
+            type: item.selected ? Theme.sidebarSelected : Theme.sidebar
+            text: item.text
+            color: item.ink
+            Accessible.ignored: true
+        }
+        KeyHint {
+            id: hint
+            x: parent.width - width - 10
+            anchors.verticalCenter: parent.verticalCenter
+            key: item.keyHint
+            ink: item.selected ? Theme.accent : Theme.textMuted
+            outline: item.selected ? Theme.accent : Theme.borderStrong
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.radiusField
+        color: item.selected ? Theme.accentSoft
+             : item.down ? Theme.pressed : item.hovered ? Theme.hover : Theme.none
+
+        FocusRing {
+            visible: item.visualFocus
+            gap: -border.width
+        }
+    }
+}

@@ -1,0 +1,54 @@
+import QtQuick
+import QtQuick.Templates as T
+import Tamsel
+
+// On and off by fill, knob size and knob place. `checked` shows what the model says: whoever uses
+// a switch binds it and asks the model for the change in onToggled.
+T.Switch {
+    id: control
+
+    readonly property bool touched: hovered || activeFocus
+
+    implicitWidth: Theme.switchSize.width
+    implicitHeight: Theme.switchSize.height
+    hoverEnabled: true
+    Accessible.role: Accessible.CheckBox
+    Accessible.name: text
+    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: click()
+
+    indicator: Rectangle {
+        implicitWidth: Theme.switchSize.width
+        implicitHeight: Theme.switchSize.height
+        radius: height / 2
+        color: !control.enabled ? Theme.graySoft
+             : !control.checked ? (control.hovered ? Theme.hover : Theme.none)
+             : control.down ? Theme.accentPressed
+             : control.hovered ? Theme.accentHover : Theme.accentFill
+        border {
+            width: control.checked ? 0 : 1
+            color: control.enabled ? Theme.borderStrong : Theme.border
+        }
+
+        Rectangle {
+            readonly property int margin: control.checked ? 3 : 5
+
+            x: control.checked ? parent.width - width - margin : margin
+            y: margin
+            width: parent.height - 2 * margin
+            height: width
+            radius: width / 2
+            color: !control.enabled ? Theme.textDisabled
+                 : control.checked ? Theme.textOnAccent : Theme.borderStrong
+            Behavior on x {
+                enabled: control.touched
+                NumberAnimation { duration: Theme.motion }
+            }
+        }
+
+        FocusRing {
+            visible: control.visualFocus
+            parentRadius: parent.radius
+        }
+    }
+}

@@ -1,0 +1,40 @@
+#include "ui/main_vm.h"
+
+#include "platform/notification_center.h"
+
+#include <QHash>
+
+namespace tamsel {
+
+MainVM::MainVM(NotificationCenter& notifications, QObject* parent)
+    : QObject(parent), m_notifications(notifications) {
+    connect(&notifications, &NotificationCenter::navigateToPage, this, &MainVM::navigate);
+    connect(&notifications, &NotificationCenter::keyboardShortcutA, this, &MainVM::addRequested);
+}
+
+void MainVM::add() {
+    Q_EMIT m_notifications.keyboardShortcutA();
+}
+
+void MainVM::select(MenuItem item) {
+    if (m_selected == item)
+        return;
+    m_selected = item;
+    Q_EMIT selectedChanged();
+}
+
+void MainVM::navigate(const QString& pageName) {
+    static const QHash<QString, MenuItem> pages{
+        {QStringLiteral(""), Dashboard},     {QStringLiteral("dashboard"), Dashboard},
+        {QStringLiteral("dash"), Dashboard}, {QStringLiteral("mapping"), Mapping},
+        {QStringLiteral("map"), Mapping},    {QStringLiteral("combo"), Combo},
+        {QStringLiteral("shortcut"), Combo}, {QStringLiteral("devices"), Devices},
+        {QStringLiteral("device"), Devices}, {QStringLiteral("about"), About},
+        {QStringLiteral("settings"), About},
+    };
+    const auto page = pages.constFind(pageName.toLower());
+    if (page != pages.cend())
+        select(*page);
+}
+
+} // namespace tamsel

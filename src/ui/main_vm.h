@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+namespace tamsel {
+
+class NotificationCenter;
+
+/// The main window's own state: which screen the sidebar shows. Follows "NavigateToPage". Main
+/// thread only.
+class MainVM final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the application")
+    Q_PROPERTY(MenuItem selected READ selected WRITE select NOTIFY selectedChanged)
+
+public:
+    /// The sidebar's entries in its order; digit n of the keyboard chooses the n-th.
+    enum MenuItem { Dashboard, Mapping, Combo, Devices, About };
+    Q_ENUM(MenuItem)
+
+    /// `notifications` must outlive this object.
+    explicit MainVM(NotificationCenter& notifications, QObject* parent = nullptr);
+
+    MenuItem selected() const { return m_selected; }
+    void select(MenuItem item);
+
+    /// Chooses the screen that an application URL names, whatever the name's case; "" is the
+    /// dashboard. A name that no screen has leaves the selection as it is.
+    Q_INVOKABLE void navigate(const QString& pageName);
+    /// The key for adding was pressed: posts "KeyboardShortcut_A".
+    Q_INVOKABLE void add();
+
+signals:
+    void selectedChanged();
+    /// "KeyboardShortcut_A" was posted: the screen that is shown adds a row.
+    void addRequested();
+
+private:
+    NotificationCenter& m_notifications;
+    MenuItem m_selected = Dashboard;
+};
+
+} // namespace tamsel

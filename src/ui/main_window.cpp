@@ -1,0 +1,42 @@
+#include "ui/main_window.h"
+
+#include "app/connection_vm.h"
+#include "editors/mapping_vm.h"
+#include "ui/main_vm.h"
+
+#include <QScreen>
+#include <QVariant>
+
+// Both register themselves when the program starts, which a static library does only for what its
+// user names: the module's types and its compiled QML.
+void qml_register_types_Tamsel();
+static void nameModule() {
+    Q_INIT_RESOURCE(qmlcache_tamsel_ui);
+    [[maybe_unused]] static volatile auto types = &qml_register_types_Tamsel;
+}
+
+namespace tamsel {
+
+MainWindow::MainWindow(const WindowModels& models) {
+    nameModule();
+    m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    m_engine.setInitialProperties({
+        {QStringLiteral("main"), QVariant::fromValue(&models.main)},
+        {QStringLiteral("mapping"), QVariant::fromValue(&models.mapping)},
+        {QStringLiteral("connection"), QVariant::fromValue(&models.connection)},
+    });
+    m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Tamsel/screens/MainV.qml")));
+    if (QQuickWindow* main = window()) {
+        QRect frame = main->geometry();
+        frame.moveCenter(main->screen()->availableGeometry().center());
+        main->setPosition(frame.topLeft());
+        main->show();
+    }
+}
+
+QQuickWindow* MainWindow::window() const {
+    const QObjectList roots = m_engine.rootObjects();
+    return roots.isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(roots.first());
+}
+
+} // namespace tamsel

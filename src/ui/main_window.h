@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+namespace tamsel {
+
+class ConnectionVM;
+class MainVM;
+class MappingVM;
+
+/// What the window shows and acts on. Nothing is owned; all must outlive the MainWindow.
+struct WindowModels {
+    MainVM& main;
+    MappingVM& mapping;
+    ConnectionVM& connection;
+};
+
+/// The main window and the QML engine behind it. Main thread; make it after the application object
+/// and destroy it before the models.
+class MainWindow final {
+public:
+    /// Loads the window and shows it, centred. window() is null when it could not be loaded; the
+    /// engine has then said why on standard error.
+    explicit MainWindow(const WindowModels& models);
+
+    QQuickWindow* window() const;
+
+private:
+    QQmlApplicationEngine m_engine;
+};
+
+} // namespace tamsel

@@ -1,0 +1,61 @@
+#include "ui/main_vm.h"
+
+#include "platform/notification_center.h"
+
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace tamsel {
+namespace {
+
+TEST(MainVM, NavigatesByPageName) {
+    const struct {
+        const char* page;
+        MainVM::MenuItem from;
+        MainVM::MenuItem to;
+    } cases[] = {
+        {"settings", MainVM::Dashboard, MainVM::About},
+        {"Settings", MainVM::Dashboard, MainVM::About},
+        {"ABOUT", MainVM::Dashboard, MainVM::About},
+        {"mapping", MainVM::Dashboard, MainVM::Mapping},
+        {"Map", MainVM::Dashboard, MainVM::Mapping},
+        {"combo", MainVM::Dashboard, MainVM::Combo},
+        {"shortcut", MainVM::Dashboard, MainVM::Combo},
+        {"devices", MainVM::Dashboard, MainVM::Devices},
+        {"device", MainVM::Dashboard, MainVM::Devices},
+        {"dashboard", MainVM::About, MainVM::Dashboard},
+        {"Dash", MainVM::About, MainVM::Dashboard},
+        {"", MainVM::Combo, MainVM::Dashboard},
+        {"help", MainVM::Combo, MainVM::Combo},
+        {" mapping", MainVM::Combo, MainVM::Combo},
+        {"mappings", MainVM::Devices, MainVM::Devices},
+    };
+    for (const auto& c : cases) {
+        NotificationCenter notifications;
+        MainVM main(notifications);
+        main.select(c.from);
+        QSignalSpy changed(&main, &MainVM::selectedChanged);
+        Q_EMIT notifications.navigateToPage(QString::fromUtf8(c.page));
+        EXPECT_EQ(main.selected(), c.to) << '"' << c.page << '"';
+        EXPECT_EQ(changed.count(), c.from == c.to ? 0 : 1) << '"' << c.page << '"';
+    }
+}
+
+TEST(MainVM, StartsOnTheDashboard) {
+    NotificationCenter notifications;
+    EXPECT_EQ(MainVM(notifications).selected(), MainVM::Dashboard);
+}
+
+TEST(MainVM, AddingGoesThroughTheNotificationCentre) {
+    NotificationCenter notifications;
+    MainVM main(notifications);
+    QSignalSpy posted(&notifications, &NotificationCenter::keyboardShortcutA);
+    QSignalSpy requested(&main, &MainVM::addRequested);
+    main.add();
+    EXPECT_EQ(posted.count(), 1);
+    EXPECT_EQ(requested.count(), 1);
+}
+
+} // namespace
+} // namespace tamsel
