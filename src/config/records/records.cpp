@@ -1,6 +1,12 @@
 #include "config/records/records.h"
 
+#include "config/records/record_fields.h"
+
 namespace tamsel {
+
+std::string_view name(ActionType type) {
+    return nameOf(type);
+}
 
 std::string GrabbedDevice::identifier() const {
     return std::to_string(vendorID) + ":" + std::to_string(productID);

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tamsel {
@@ -30,6 +31,9 @@ struct KeyMapping {
 };
 
 enum class ActionType { command, keyPress, typeText, pasteClipboard, openURL };
+
+/// The action type's stored name, such as "keyPress".
+std::string_view name(ActionType type);
 
 /// What a combo runs. `value` is a shell command line, a key chord ("left_command+a", empty to
 /// swallow the trigger), a text typed on a US layout, unused, or a URL, in the order of ActionType.

@@ -1,0 +1,158 @@
+#include "config/records/key_codes.h"
+
+#include <gtest/gtest.h>
+#include <set>
+#include <vector>
+
+namespace tamsel {
+namespace {
+
+std::vector<std::string> namesOf(std::span<const KeyCodeDef> keys) {
+    std::vector<std::string> names;
+    for (const KeyCodeDef& key : keys) {
+        names.emplace_back(key.name);
+    }
+    return names;
+}
+
+TEST(KeyCodes, catalogueIsSound) {
+    ASSERT_EQ(KeyCodes::all().size(), 183U);
+    EXPECT_EQ(KeyCodes::all().front(), (KeyCodeDef{0, 0, "vk_none"}));
+    EXPECT_EQ(KeyCodes::all().back(), (KeyCodeDef{0x1020, 0x1020, "button32"}));
+    std::set<std::uint32_t> codes;
+    std::set<std::string_view> names;
+    for (const KeyCodeDef& key : KeyCodes::all()) {
+        EXPECT_EQ(key.id, key.code);
+        codes.insert(key.code);
+        names.insert(key.name);
+        EXPECT_EQ(KeyCodes::find(key.code), &key);
+        EXPECT_EQ(KeyCodes::find(key.name), &key);
+    }
+    EXPECT_EQ(codes.size(), 183U);
+    EXPECT_EQ(names.size(), 183U);
+    // The gaps of the page: error codes, 130 to 132 (locking keys), 134 (AS/400 equal sign).
+    for (const std::uint32_t usage : {1, 3, 130, 131, 132, 134, 149, 223, 232}) {
+        EXPECT_EQ(KeyCodes::find(usage), nullptr) << usage;
+    }
+}
+
+TEST(KeyCodes, names) {
+    const std::pair<std::uint32_t, std::string_view> cases[] = {
+        {53, "grave_accent_and_tilde"},
+        {255, "fn"},
+        {4097, "button1"},
+        {4128, "button32"},
+        {0, "vk_none"},
+        {10, "g"},
+        {29, "z"},
+        {38, "9"},
+        {39, "0"},
+        {69, "f12"},
+        {104, "f13"},
+        {115, "f24"},
+        {231, "right_command"},
+        {56, "slash"},
+        {76, "delete_forward"},
+        {97, "keypad_9"},
+        {98, "keypad_0"},
+        {99, "keypad_period"},
+        {133, "keypad_comma"},
+        {102, "power"},
+        {129, "volume_down"},
+        {143, "international9"},
+        {148, "lang5"},
+        {126, "find"},
+        {0x1F4, "unknown (0x1F4)"},
+        {0xA5, "unknown (0xA5)"},
+        {3, "unknown (0x03)"},
+        {4129, "unknown (0x1021)"},
+        {0xFFFFFFFF, "unknown (0xFFFFFFFF)"},
+    };
+    for (const auto& [code, name] : cases) {
+        EXPECT_EQ(KeyCodes::name(code), name);
+    }
+    EXPECT_EQ(KeyCodes::find("left_bracket"), nullptr);
+}
+
+TEST(KeyCodes, selectorShowsEveryKeyOnce) {
+    const std::span<const KeyGroup> groups = KeyCodes::selectorGroups();
+    std::vector<std::string> titles;
+    std::size_t keys = 0;
+    for (const KeyGroup& group : groups) {
+        titles.emplace_back(group.title);
+        keys += group.keys.size();
+    }
+    EXPECT_EQ(titles, (std::vector<std::string>{"Letters", "Numbers", "Function Keys", "Modifiers",
+                                                "Controls & Symbols", "Arrow & Navigation",
+                                                "Keypad", "PC Keys", "Media Keys", "International",
+                                                "Mouse Buttons", "Other"}));
+    EXPECT_EQ(keys, 182U);
+    EXPECT_EQ(groups[10].keys.size(), 32U);
+    EXPECT_EQ(groups[11].keys.front().name, "execute");
+}
+
+TEST(KeyCodes, categories) {
+    const struct {
+        KeyCat category;
+        std::string_view title;
+        std::size_t size;
+        std::string_view first;
+        std::string_view last;
+    } cases[] = {
+        {KeyCat::modifierKeys, "Modifier keys", 10, "caps_lock", "fn"},
+        {KeyCat::controlsAndSymbols, "Controls and symbols", 18, "caps_lock", "slash"},
+        {KeyCat::arrowKeys, "Arrow keys", 4, "up_arrow", "right_arrow"},
+        {KeyCat::letterKeys, "Letter keys", 26, "a", "z"},
+        {KeyCat::numberKeys, "Number keys", 10, "1", "0"},
+        {KeyCat::functionKeys, "Function keys", 24, "f1", "f24"},
+        {KeyCat::specialKeys, "Special keys", 23, "return_or_enter", "delete_forward"},
+    };
+    ASSERT_EQ(KeyCodes::categories().size(), std::size(cases));
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        const std::span<const KeyCodeDef> keys = KeyCodes::keys(cases[i].category);
+        EXPECT_EQ(KeyCodes::categories()[i], cases[i].category);
+        EXPECT_EQ(KeyCodes::title(cases[i].category), cases[i].title);
+        ASSERT_EQ(keys.size(), cases[i].size) << cases[i].title;
+        EXPECT_EQ(keys.front().name, cases[i].first);
+        EXPECT_EQ(keys.back().name, cases[i].last);
+    }
+    const auto arrows = namesOf(KeyCodes::keys(KeyCat::arrowKeys));
+    EXPECT_EQ(arrows[1], "down_arrow");
+    EXPECT_EQ(arrows[2], "left_arrow");
+    const auto special = namesOf(KeyCodes::keys(KeyCat::specialKeys));
+    EXPECT_EQ((std::vector(special.begin() + 16, special.end())),
+              (std::vector<std::string>{"slash", "home", "end", "page_up", "page_down", "insert",
+                                        "delete_forward"}));
+    EXPECT_EQ(KeyCodes::keys(KeyCat::controlsAndSymbols)[1].name, "return_or_enter");
+}
+
+TEST(KeyCodes, virtualKeysAndUsagesAreInverse) {
+    const auto isCovered = [](std::uint32_t usage) {
+        return (usage >= 4 && usage <= 69 && usage != 50) || (usage >= 79 && usage <= 82) ||
+               (usage >= 224 && usage <= 231);
+    };
+    std::set<std::uint16_t> virtualKeys;
+    for (std::uint32_t usage = 0; usage < 0x1100; ++usage) {
+        const auto virtualKey = KeyCodes::hidToMac(usage);
+        ASSERT_EQ(virtualKey.has_value(), isCovered(usage)) << usage;
+        if (virtualKey) {
+            EXPECT_EQ(KeyCodes::macToHid(*virtualKey), usage);
+            virtualKeys.insert(*virtualKey);
+        }
+    }
+    EXPECT_EQ(virtualKeys.size(), 77U);
+    std::size_t mapped = 0;
+    for (std::uint32_t key = 0; key <= 0xFFFF; ++key) {
+        mapped += KeyCodes::macToHid(static_cast<std::uint16_t>(key)).has_value() ? 1 : 0;
+    }
+    EXPECT_EQ(mapped, 77U);
+    // Keys whose virtual codes are known by heart from other programs.
+    EXPECT_EQ(KeyCodes::macToHid(36), 40U);
+    EXPECT_EQ(KeyCodes::hidToMac(4), 0);
+    EXPECT_EQ(KeyCodes::hidToMac(57), 57);
+    EXPECT_EQ(KeyCodes::hidToMac(41), 53);
+    EXPECT_EQ(KeyCodes::hidToMac(231), 54);
+}
+
+} // namespace
+} // namespace tamsel
