@@ -83,7 +83,9 @@ Result<void> requireOwnFolder(const std::string& folder) {
     return {};
 }
 
-Result<UniqueFd> lock(const std::string& path) {
+/// Holds the lock beside a socket.
+Result<UniqueFd> lock(const std::string& socket) {
+    const std::string path = socket + ".lock";
     UniqueFd file(::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC,
                          privateSocket));
     if (!file.isOpen())
@@ -91,7 +93,7 @@ Result<UniqueFd> lock(const std::string& path) {
     if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0)
         return file;
     if (errno == EWOULDBLOCK)
-        return fail("another daemon is running there", path);
+        return fail("another daemon is running there", socket);
     return systemError("the lock file cannot be locked", path);
 }
 
@@ -136,7 +138,7 @@ Result<Listener> Listener::openFile(const std::string& path) {
     const std::string folder = folderOf(path);
     if (auto own = requireOwnFolder(folder); !own)
         return tl::unexpected(own.error());
-    auto held = lock(path + ".lock");
+    auto held = lock(path);
     if (!held)
         return tl::unexpected(held.error());
     if (auto removed = removeStaleSocket(path); !removed)
