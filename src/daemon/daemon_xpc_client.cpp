@@ -64,7 +64,7 @@ void DaemonXPCClient::resubscribe() {
     remote->subscribeKeyViewer(
         [weak = QPointer(this), &logger = m_services.logger](bool subscribed) {
             logger.info(QStringLiteral("[DaemonXPC] 重連後重新訂閱 Key Viewer: ") +
-                        (subscribed ? u"true" : u"false"));
+                        QLatin1String(subscribed ? "true" : "false"));
             if (weak)
                 weak->tellKeyViewerStatus(subscribed);
         });

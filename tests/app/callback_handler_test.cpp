@@ -54,9 +54,7 @@ TEST_F(CallbackHandlerTest, ClipboardTextIsHandedOverAndNeverLogged) {
         handler.requestClipboardText([&](auto text) { reply = text; });
         queue.runPending();
         ASSERT_TRUE(reply);
-        EXPECT_EQ(reply->has_value(), contents.has_value());
-        if (contents)
-            EXPECT_EQ(**reply, contents->toStdString());
+        EXPECT_EQ(*reply, contents ? std::optional(contents->toStdString()) : std::nullopt);
         EXPECT_EQ(takeLog(),
                   QStringList{QString("[DaemonXPC] 已回覆剪貼簿文字請求（chars=%1）").arg(count)});
     }

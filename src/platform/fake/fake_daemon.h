@@ -16,7 +16,7 @@ class FakeDaemonConnection;
 /// calls come on later turns of the queue, as they do from a real connection.
 class FakeDaemon final : public DaemonConnector {
 public:
-    explicit FakeDaemon(MainQueue& queue) : queue(queue) {}
+    explicit FakeDaemon(MainQueue& mainQueue) : queue(mainQueue) {}
 
     MainQueue& queue;
     bool reachable = true; ///< false: every connection made from now on fails to open

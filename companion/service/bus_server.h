@@ -1,0 +1,66 @@
+#pragma once
+
+#include "base/error.h"
+#include "service/core.h"
+#include "service/daemon_object.h"
+#include "service/listener.h"
+#include "service/log.h"
+#include "service/peer_connection.h"
+
+#include <functional>
+#include <memory>
+#include <sys/types.h>
+#include <systemd/sd-event.h>
+#include <systemd/sd-login.h>
+#include <vector>
+
+namespace tamsel {
+
+/// Accepts clients on the listening socket and serves each of them the daemon's object.
+class BusServer final : private PeerConnection::Owner {
+public:
+    /// Connections at a time; strangers, who cannot do anything anyway, get a few of them only.
+    static constexpr std::size_t maxClients = 64;
+    static constexpr std::size_t maxStrangers = 8;
+
+    using Access = std::function<bool(uid_t)>;
+
+    /// Everything referred to outlives the server; the loop belongs to the caller.
+    BusServer(sd_event* loop, Listener& listener, Core& core, const Log& log, Access access);
+    ~BusServer() override;
+
+    Result<void> start();
+
+    /// Sends a key event to each client that subscribed and whose user may see it now.
+    void publish(const KeyEvent& event);
+
+private:
+    struct Client {
+        std::unique_ptr<DaemonObject> object; ///< outlives the connection, which calls it
+        std::unique_ptr<PeerConnection> peer;
+        bool isPermitted = false; ///< as of the last change of sessions
+    };
+
+    bool mayTalk(uid_t user) override { return m_access(user); }
+    void peerEnded() override;
+
+    static int onAccept(sd_event_source* source, int fd, std::uint32_t events, void* self);
+    static int onReap(sd_event_source* source, void* self);
+    static int onSessionChange(sd_event_source* source, int fd, std::uint32_t events, void* self);
+    Result<void> add(UniqueFd socket);
+    bool hasRoomFor(bool isPermitted) const;
+    void watchSessions();
+
+    sd_event* m_loop;
+    Listener& m_listener;
+    const Log& m_log;
+    Access m_access;
+    DaemonState m_state;
+    sd_login_monitor* m_sessions = nullptr;
+    sd_event_source* m_acceptSource = nullptr;
+    sd_event_source* m_reapSource = nullptr;
+    sd_event_source* m_sessionSource = nullptr;
+    std::vector<Client> m_clients;
+};
+
+} // namespace tamsel

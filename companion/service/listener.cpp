@@ -1,0 +1,170 @@
+#include "service/listener.h"
+
+#include "daemon/protocol/socket_path.h"
+#include "io/private_folder.h"
+
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+#include <fcntl.h>
+#include <string_view>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace tamsel {
+
+namespace {
+
+constexpr std::string_view pathPrefix = "unix:path=";
+constexpr std::string_view abstractPrefix = "unix:abstract=";
+constexpr std::string_view systemFolder = "/run/tamsel";
+constexpr mode_t privateSocket = 0600;
+/// The system daemon serves whoever sits at the machine; each caller is checked by its identity.
+constexpr mode_t publicSocket = 0666;
+
+tl::unexpected<Error> systemError(const std::string& what, const std::string& place) {
+    return fail(what + ": " + std::generic_category().message(errno), place);
+}
+
+std::string folderOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+/// The kernel's form of a name; a leading NUL makes it abstract. Its length is the return value,
+/// 0 when the name is too long.
+socklen_t fill(sockaddr_un& address, const std::string& name) {
+    if (name.size() >= sizeof address.sun_path)
+        return 0;
+    address.sun_family = AF_UNIX;
+    std::memcpy(address.sun_path, name.data(), name.size());
+    const bool isAbstract = name.front() == '\0';
+    return static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size() +
+                                  (isAbstract ? 0 : 1));
+}
+
+UniqueFd newSocket() {
+    return UniqueFd(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+}
+
+Result<UniqueFd> bindAndListen(const std::string& name, const std::string& place) {
+    sockaddr_un address{};
+    const socklen_t length = fill(address, name);
+    if (length == 0)
+        return fail("the socket's name is too long", place);
+    UniqueFd socket = newSocket();
+    // Nobody else may connect between bind() and chmod().
+    const mode_t before = ::umask(0177);
+    const bool isBound =
+        socket.isOpen() &&
+        ::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), length) == 0;
+    const int error = errno;
+    ::umask(before);
+    errno = error;
+    if (!isBound && errno == EADDRINUSE)
+        return fail("another daemon is listening there", place);
+    if (!isBound || ::listen(socket.get(), SOMAXCONN) != 0)
+        return systemError("cannot listen", place);
+    return socket;
+}
+
+Result<void> requireOwnFolder(const std::string& folder) {
+    if (auto made = makePrivateFolders(folder); !made)
+        return made;
+    struct stat info {};
+    if (::stat(folder.c_str(), &info) != 0)
+        return systemError("the folder cannot be used", folder);
+    if (info.st_uid != ::geteuid())
+        return fail("the socket's folder belongs to another user", folder);
+    return {};
+}
+
+Result<UniqueFd> lock(const std::string& path) {
+    UniqueFd file(::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC,
+                         privateSocket));
+    if (!file.isOpen())
+        return systemError("the lock file cannot be opened", path);
+    if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0)
+        return file;
+    if (errno == EWOULDBLOCK)
+        return fail("another daemon is running there", path);
+    return systemError("the lock file cannot be locked", path);
+}
+
+/// Called with the lock held: who answers now is no daemon of ours, but must not lose its socket.
+Result<void> removeStaleSocket(const std::string& path) {
+    struct stat info {};
+    if (::lstat(path.c_str(), &info) != 0)
+        return errno == ENOENT ? Result<void>() : systemError("cannot be looked at", path);
+    if (!S_ISSOCK(info.st_mode))
+        return fail("is in the way: not a socket", path);
+    sockaddr_un address{};
+    const socklen_t length = fill(address, path);
+    const UniqueFd probe = newSocket();
+    if (length == 0 ||
+        ::connect(probe.get(), reinterpret_cast<const sockaddr*>(&address), length) == 0 ||
+        errno != ECONNREFUSED)
+        return fail("somebody is listening there", path);
+    if (::unlink(path.c_str()) != 0)
+        return systemError("the old socket cannot be removed", path);
+    return {};
+}
+
+} // namespace
+
+Result<Listener> Listener::open(const std::string& address) {
+    const std::string_view view = address;
+    const bool isAbstract = view.starts_with(abstractPrefix);
+    // One rule for a value's escapes and end, whatever its key.
+    const std::string name = protocol::socketFile(
+        isAbstract ? std::string(pathPrefix) + address.substr(abstractPrefix.size()) : address);
+    if (name.find('\0') != std::string::npos)
+        return fail("the address has a NUL in it");
+    if (isAbstract && !name.empty())
+        return openAbstract(name);
+    if (!isAbstract && !name.empty() && name.front() == '/' && name.back() != '/')
+        return openFile(name);
+    return fail("is not an address to listen at (unix:path=/... or unix:abstract=...)",
+                address.empty() ? "the daemon's address" : address);
+}
+
+Result<Listener> Listener::openFile(const std::string& path) {
+    const std::string folder = folderOf(path);
+    if (auto own = requireOwnFolder(folder); !own)
+        return tl::unexpected(own.error());
+    auto held = lock(path + ".lock");
+    if (!held)
+        return tl::unexpected(held.error());
+    if (auto removed = removeStaleSocket(path); !removed)
+        return tl::unexpected(removed.error());
+    auto socket = bindAndListen(path, path);
+    if (!socket)
+        return tl::unexpected(socket.error());
+    Listener listener;
+    listener.m_socket = std::move(*socket);
+    listener.m_lock = std::move(*held);
+    listener.m_path = path;
+    if (::chmod(path.c_str(), folder == systemFolder ? publicSocket : privateSocket) != 0)
+        return systemError("the socket's mode cannot be set", path);
+    return listener;
+}
+
+Result<Listener> Listener::openAbstract(const std::string& name) {
+    auto socket = bindAndListen('\0' + name, name);
+    if (!socket)
+        return tl::unexpected(socket.error());
+    Listener listener;
+    listener.m_socket = std::move(*socket);
+    return listener;
+}
+
+Listener::~Listener() {
+    if (m_socket.isOpen() && !m_path.empty())
+        ::unlink(m_path.c_str());
+}
+
+} // namespace tamsel
