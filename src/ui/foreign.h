@@ -6,7 +6,7 @@
 #include "app/connection_vm.h"
 #include "editors/mapping_vm.h"
 
-#include <QtQml/qqmlregistration.h>
+#include <QtQml/qqml.h>
 
 namespace tamsel {
 

@@ -15,7 +15,7 @@ namespace tamsel {
 /// fields are equal.
 ///
 /// Roles: "row" is the whole gadget, and each of its fields has a role of its own name.
-class GadgetListModel final : public QAbstractListModel {
+class GadgetListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QObject* source READ source WRITE setSource NOTIFY sourceChanged)
