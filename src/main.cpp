@@ -57,12 +57,13 @@ std::unique_ptr<tamsel::EmbeddedDaemon> startEmbeddedDaemon(const tamsel::Bundle
 // Everything ends in reverse.
 int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
-    const tamsel::TerminationSignals signalled([] { QCoreApplication::quit(); });
+    tamsel::TerminationSignals::block();
 
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("tamsel"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Tamsel"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.tamsel"));
+    const tamsel::TerminationSignals signalled([] { QCoreApplication::quit(); });
 
     tamsel::QtMainQueue queue;
     const tamsel::RealClock clock;
