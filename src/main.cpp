@@ -32,13 +32,12 @@ int cantStart(const std::string& reason) {
 }
 
 /// The daemon that the application brings along, unless the environment names another one.
-std::unique_ptr<tamsel::EmbeddedDaemon> startEmbeddedDaemon(const tamsel::Bundle& bundle,
-                                                            const QString& address,
-                                                            tamsel::Logger& logger) {
+std::unique_ptr<tamsel::EmbeddedDaemon>
+startEmbeddedDaemon(const tamsel::Bundle& bundle, const QString& address, tamsel::Logger& logger) {
     if (!qEnvironmentVariableIsEmpty("TAMSEL_DAEMON_ADDRESS"))
         return nullptr;
-    const auto program = bundle.pathForResource(QStringLiteral("tamsel-daemon"),
-                                                QStringLiteral("app"));
+    const auto program =
+        bundle.pathForResource(QStringLiteral("tamsel-daemon"), QStringLiteral("app"));
     if (!program) {
         logger.error(QStringLiteral("[DaemonMgr] Daemon 二進制不在 App Bundle 中"));
         return nullptr;

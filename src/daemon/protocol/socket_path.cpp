@@ -74,8 +74,7 @@ std::string userRuntimeFolder() {
 
 std::string userDaemonAddress() {
     const std::string folder = userRuntimeFolder();
-    return folder.empty() ? std::string()
-                          : "unix:path=" + escaped(folder + "/tamsel/daemon.sock");
+    return folder.empty() ? std::string() : "unix:path=" + escaped(folder + "/tamsel/daemon.sock");
 }
 
 std::string daemonAddress() {
