@@ -95,7 +95,8 @@ class Client:
         return answer[0]
 
     def update(self, encoded):
-        return self.call("updateCfg", GLib.Variant("(ay)", (encoded,)))[0]
+        array = GLib.Variant.new_from_bytes(GLib.VariantType("ay"), GLib.Bytes(encoded), True)
+        return self.call("updateCfg", GLib.Variant.new_tuple(array))[0]
 
     def status(self):
         answer = self.call("getStatus")
@@ -141,7 +142,7 @@ class DaemonTest(unittest.TestCase):
         self.process = None
         self.errors = open(os.path.join(self.root, "stderr"), "w+")
         self.addCleanup(self.errors.close)
-        self.addCleanup(self.kill)
+        self.addCleanup(self.finish)
 
     def command(self, *options):
         return [DAEMON, "--state-dir", os.path.join(self.root, "state"), *options]
@@ -167,6 +168,14 @@ class DaemonTest(unittest.TestCase):
             self.process.kill()
         if self.process:
             self.process.wait()
+
+    def finish(self):
+        """Whatever a test did to it, a daemon that still runs ends cleanly when it is told to."""
+        try:
+            if self.process and self.process.returncode is None:
+                self.terminate()
+        finally:
+            self.kill()
 
     def terminate(self, how=signal.SIGTERM):
         self.process.send_signal(how)
@@ -471,6 +480,19 @@ class Socket(DaemonTest):
             while silent.recv(1 << 20):
                 pass  # what was on its way; then the end of the connection
         self.assertEqual(client.status(), (True, True, "RUNNING"))
+
+    def test_one_user_has_a_bounded_number_of_connections(self):
+        client = self.start()
+        with contextlib.ExitStack() as stack:
+            crowd = [stack.enter_context(raw_client(self.socket, message("getStatus")))
+                     for _ in range(40)]
+            answered = 0
+            for peer in crowd:
+                with contextlib.suppress(ConnectionResetError):
+                    answered += bool(peer.recv(1))
+        self.assertEqual(answered, 31)
+        self.assertTrue(client.status()[1])
+        until(self.connect, "room for a new client")
 
     def test_a_caller_that_never_reads_is_dropped(self):
         client = self.start()
