@@ -12,8 +12,8 @@ T.Button {
     implicitHeight: Theme.controlHeight
     hoverEnabled: true
     Accessible.name: text
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
 
     contentItem: Item {
         Icon {

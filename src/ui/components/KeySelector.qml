@@ -13,6 +13,7 @@ T.AbstractButton {
     // Leaves room for a button of the same outline at the right.
     property int trailingPadding: 12
 
+    readonly property bool menuOpen: menu.item !== null
     readonly property string shownName: keyName || qsTr("Choose a key")
 
     signal picked(int code)
@@ -25,50 +26,34 @@ T.AbstractButton {
     Accessible.role: Accessible.ComboBox
     Accessible.name: qsTr("%1: %2").arg(role).arg(shownName)
     Accessible.editable: false
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: selector.clicked()
+    Keys.onEnterPressed: selector.clicked()
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Down && event.modifiers & Qt.AltModifier) {
             event.accepted = true;
-            click();
+            selector.clicked();
         }
     }
-    onClicked: menu.active = true
+    onClicked: menu.setSource(Qt.resolvedUrl("KeySelectorMenu.qml"),
+                              { owner: selector, keyCode: selector.keyCode })
 
-    contentItem: Item {
-        Label {
-            id: name
-            anchors.verticalCenter: parent.verticalCenter
-            width: chevron.x - 8
-            type: selector.keyName ? Theme.mono : Theme.body
-            text: selector.shownName
-            color: selector.keyName ? Theme.text : Theme.textMuted
-            Accessible.ignored: true
-        }
-        Icon {
-            id: chevron
-            anchors.verticalCenter: parent.verticalCenter
-            x: parent.width - width
-            symbol: "chevron.down"
-            size: Theme.iconSmall
-        }
+    contentItem: KeySelectorFace {
+        keyName: selector.keyName
+        placeholder: selector.shownName
     }
 
     Tooltip {
         owner: selector
         text: selector.keyName
-        wanted: name.truncated && !menu.active && (selector.hovered || selector.visualFocus)
+        wanted: (selector.contentItem as KeySelectorFace).truncated && !selector.menuOpen
+                && (selector.hovered || selector.visualFocus)
     }
 
-    Loader {
-        id: menu
-        active: false
-        sourceComponent: KeySelectorMenu {
-            owner: selector
-            keyCode: selector.keyCode
-            onPicked: code => selector.picked(code)
-            // Not at once: the menu still runs its own closing.
-            onClosed: Qt.callLater(() => menu.active = false)
-        }
+    Loader { id: menu }
+
+    Connections {
+        target: menu.item as KeySelectorMenu
+        function onPicked(code: int): void { selector.picked(code); }
+        function onClosed(): void { menu.source = ""; }
     }
 }

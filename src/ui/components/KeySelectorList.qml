@@ -31,7 +31,7 @@ ListView {
         id: section
         required property string section
 
-        width: list.width
+        width: parent ? parent.width : 0
         height: Theme.menuSectionHeight
 
         Rectangle {
@@ -56,11 +56,13 @@ ListView {
         required property int code
         required property string name
 
-        width: list.width
+        readonly property KeySelectorList view: ListView.view as KeySelectorList
+
+        width: view ? view.width : 0
         text: name
-        current: code === list.keyCode
-        highlighted: index === list.currentIndex
-        onClicked: list.picked(code)
+        current: view && code === view.keyCode
+        highlighted: ListView.isCurrentItem
+        onClicked: view.picked(code)
     }
 
     Label {

@@ -5,7 +5,7 @@ import Tamsel
 Text {
     property TextStyle type: Theme.body
 
-    font: type.font
+    font: Theme.font(type)
     lineHeight: type.lineHeight
     lineHeightMode: Text.FixedHeight
     color: Theme.text

@@ -19,8 +19,8 @@ T.AbstractButton {
     Accessible.name: text
     Accessible.selectable: true
     Accessible.selected: selected
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: item.clicked()
+    Keys.onEnterPressed: item.clicked()
 
     contentItem: Item {
         Rectangle {
@@ -41,7 +41,7 @@ T.AbstractButton {
         }
         Label {
             x: 46
-            width: hint.x - x - 8
+            width: parent.width - x - Theme.keyHint - 18
             anchors.verticalCenter: parent.verticalCenter
             type: item.selected ? Theme.sidebarSelected : Theme.sidebar
             text: item.text
@@ -49,12 +49,11 @@ T.AbstractButton {
             Accessible.ignored: true
         }
         KeyHint {
-            id: hint
             x: parent.width - width - 10
             anchors.verticalCenter: parent.verticalCenter
             key: item.keyHint
             ink: item.selected ? Theme.accent : Theme.textMuted
-            outline: item.selected ? Theme.accent : Theme.borderStrong
+            outline: item.selected ? Theme.accent : Theme.borderFaint
         }
     }
 

@@ -9,13 +9,18 @@ T.Switch {
 
     readonly property bool touched: hovered || activeFocus
 
+    function flip(): void {
+        toggle();
+        toggled();
+    }
+
     implicitWidth: Theme.switchSize.width
     implicitHeight: Theme.switchSize.height
     hoverEnabled: true
     Accessible.role: Accessible.CheckBox
     Accessible.name: text
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: control.flip()
+    Keys.onEnterPressed: control.flip()
 
     indicator: Rectangle {
         implicitWidth: Theme.switchSize.width
