@@ -34,6 +34,7 @@ T.Button {
     enabled: !busy
     hoverEnabled: true
     Accessible.name: text
+    Accessible.onPressAction: if (enabled) button.clicked()
     Keys.onReturnPressed: button.clicked()
     Keys.onEnterPressed: button.clicked()
 

@@ -12,6 +12,8 @@ T.Button {
     implicitHeight: Theme.controlHeight
     hoverEnabled: true
     Accessible.name: text
+    Accessible.onPressAction: if (enabled) button.clicked()
+    Accessible.ignored: !visible
     Keys.onReturnPressed: button.clicked()
     Keys.onEnterPressed: button.clicked()
 

@@ -40,6 +40,7 @@ Item {
         text: field.keyName
         color: Theme.textMuted
         Accessible.name: qsTr("%1: %2").arg(field.role).arg(field.keyName)
+        Accessible.ignored: !visible
     }
 
     KeySelector {

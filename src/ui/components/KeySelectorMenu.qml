@@ -12,8 +12,9 @@ T.Popup {
     signal picked(int code)
 
     function choose(code: int): void {
-        menu.close();
+        // In this order: closed, the menu is on its way out.
         menu.picked(code);
+        menu.close();
     }
 
     // Below its owner where it fits or where there is more room, else above.

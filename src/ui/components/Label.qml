@@ -12,4 +12,6 @@ Text {
     elide: Text.ElideRight
     textFormat: Text.PlainText
     verticalAlignment: Text.AlignVCenter
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
 }

@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Tamsel
 
-T.AbstractButton {
+// A tab button for its accessible role; the selection is its owner's.
+T.TabButton {
     id: item
 
     property string symbol
@@ -13,9 +14,11 @@ T.AbstractButton {
 
     implicitHeight: Theme.sidebarItemHeight
     hoverEnabled: true
+    checkable: false
     // One Tab stop for the whole list; Up and Down move inside it.
     focusPolicy: selected ? Qt.StrongFocus : Qt.ClickFocus
     Accessible.role: Accessible.PageTab
+    Accessible.onPressAction: clicked()
     Accessible.name: text
     Accessible.selectable: true
     Accessible.selected: selected

@@ -19,6 +19,9 @@ T.Switch {
     hoverEnabled: true
     Accessible.role: Accessible.CheckBox
     Accessible.name: text
+    // The template's own actions change the look alone, without the signal.
+    Accessible.onPressAction: flip()
+    Accessible.onToggleAction: flip()
     Keys.onReturnPressed: control.flip()
     Keys.onEnterPressed: control.flip()
 
