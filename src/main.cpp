@@ -32,13 +32,12 @@ int cantStart(const std::string& reason) {
 }
 
 /// The daemon that the application brings along, unless the environment names another one.
-std::unique_ptr<tamsel::EmbeddedDaemon> startEmbeddedDaemon(const tamsel::Bundle& bundle,
-                                                            const QString& address,
-                                                            tamsel::Logger& logger) {
+std::unique_ptr<tamsel::EmbeddedDaemon>
+startEmbeddedDaemon(const tamsel::Bundle& bundle, const QString& address, tamsel::Logger& logger) {
     if (!qEnvironmentVariableIsEmpty("TAMSEL_DAEMON_ADDRESS"))
         return nullptr;
-    const auto program = bundle.pathForResource(QStringLiteral("tamsel-daemon"),
-                                                QStringLiteral("app"));
+    const auto program =
+        bundle.pathForResource(QStringLiteral("tamsel-daemon"), QStringLiteral("app"));
     if (!program) {
         logger.error(QStringLiteral("[DaemonMgr] Daemon 二進制不在 App Bundle 中"));
         return nullptr;
@@ -57,12 +56,13 @@ std::unique_ptr<tamsel::EmbeddedDaemon> startEmbeddedDaemon(const tamsel::Bundle
 // Everything ends in reverse.
 int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
-    const tamsel::TerminationSignals signalled([] { QCoreApplication::quit(); });
+    tamsel::TerminationSignals::block();
 
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("tamsel"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Tamsel"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.tamsel"));
+    const tamsel::TerminationSignals signalled([] { QCoreApplication::quit(); });
 
     tamsel::QtMainQueue queue;
     const tamsel::RealClock clock;

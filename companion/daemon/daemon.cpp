@@ -75,10 +75,9 @@ struct InputPump {
 
     Result<void> attach(sd_event* loop) {
         sd_event_source* source = nullptr;
+        // Of the clients' priority: the loop takes turns, so that a script of any length starves no
+        // client and a client that calls without end delays a key by a call at most.
         int result = ::sd_event_add_io(loop, &source, devices.fd(), EPOLLIN, onReadable, this);
-        // Keys come before whatever the clients want.
-        if (result >= 0)
-            result = ::sd_event_source_set_priority(source, SD_EVENT_PRIORITY_IMPORTANT);
         if (result >= 0)
             result = ::sd_event_source_set_floating(source, 1);
         ::sd_event_source_unref(source);

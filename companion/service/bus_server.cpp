@@ -77,9 +77,8 @@ Result<void> BusServer::add(UniqueFd socket) {
     socklen_t length = sizeof peerIdentity;
     if (::getsockopt(socket.get(), SOL_SOCKET, SO_PEERCRED, &peerIdentity, &length) != 0)
         return fail("its user is unknown");
-    const bool isPermitted = mayTalk(peerIdentity.uid);
-    if (!hasRoomFor(isPermitted))
-        return fail("too many connections");
+    if (!hasRoomFor(peerIdentity.uid))
+        return fail("its user has too many connections");
     auto peer = PeerConnection::open(m_loop, std::move(socket), peerIdentity.uid, *this);
     if (!peer)
         return tl::unexpected(peer.error());
@@ -90,14 +89,14 @@ Result<void> BusServer::add(UniqueFd socket) {
         return added;
     if (auto started = (*peer)->start(m_loop); !started)
         return started;
-    m_clients.push_back({std::move(object), std::move(*peer), isPermitted});
+    m_clients.push_back({std::move(object), std::move(*peer), mayTalk(peerIdentity.uid)});
     return {};
 }
 
-bool BusServer::hasRoomFor(bool isPermitted) const {
-    const auto strangers = static_cast<std::size_t>(std::count_if(
-        m_clients.begin(), m_clients.end(), [](auto& client) { return !client.isPermitted; }));
-    return isPermitted ? m_clients.size() - strangers < maxClients : strangers < maxStrangers;
+bool BusServer::hasRoomFor(uid_t user) const {
+    return std::count_if(m_clients.begin(), m_clients.end(), [user](const Client& client) {
+               return client.peer->user() == user;
+           }) < maxClientsPerUser;
 }
 
 int BusServer::onReap(sd_event_source* /*source*/, void* self) {

@@ -7,6 +7,7 @@
 #include "service/log.h"
 #include "service/peer_connection.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <sys/types.h>
@@ -19,9 +20,8 @@ namespace tamsel {
 /// Accepts clients on the listening socket and serves each of them the daemon's object.
 class BusServer final : private PeerConnection::Owner {
 public:
-    /// Connections at a time; strangers, who cannot do anything anyway, get a few of them only.
-    static constexpr std::size_t maxClients = 64;
-    static constexpr std::size_t maxStrangers = 8;
+    /// Connections of one user at a time, so that no user can crowd out another.
+    static constexpr std::ptrdiff_t maxClientsPerUser = 32;
 
     using Access = std::function<bool(uid_t)>;
 
@@ -48,7 +48,7 @@ private:
     static int onReap(sd_event_source* source, void* self);
     static int onSessionChange(sd_event_source* source, int fd, std::uint32_t events, void* self);
     Result<void> add(UniqueFd socket);
-    bool hasRoomFor(bool isPermitted) const;
+    bool hasRoomFor(uid_t user) const;
     void watchSessions();
 
     sd_event* m_loop;

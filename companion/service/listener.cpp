@@ -78,12 +78,16 @@ Result<void> requireOwnFolder(const std::string& folder) {
     struct stat info {};
     if (::stat(folder.c_str(), &info) != 0)
         return systemError("the folder cannot be used", folder);
-    if (info.st_uid != ::geteuid())
+    // The system's folder for everybody's files keeps strangers from replacing ours.
+    const bool isSharedTemporary = info.st_uid == 0 && (info.st_mode & S_ISVTX) != 0;
+    if (info.st_uid != ::geteuid() && !isSharedTemporary)
         return fail("the socket's folder belongs to another user", folder);
     return {};
 }
 
-Result<UniqueFd> lock(const std::string& path) {
+/// Holds the lock beside a socket.
+Result<UniqueFd> lock(const std::string& socket) {
+    const std::string path = socket + ".lock";
     UniqueFd file(::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC,
                          privateSocket));
     if (!file.isOpen())
@@ -91,7 +95,7 @@ Result<UniqueFd> lock(const std::string& path) {
     if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0)
         return file;
     if (errno == EWOULDBLOCK)
-        return fail("another daemon is running there", path);
+        return fail("another daemon is running there", socket);
     return systemError("the lock file cannot be locked", path);
 }
 
@@ -136,7 +140,7 @@ Result<Listener> Listener::openFile(const std::string& path) {
     const std::string folder = folderOf(path);
     if (auto own = requireOwnFolder(folder); !own)
         return tl::unexpected(own.error());
-    auto held = lock(path + ".lock");
+    auto held = lock(path);
     if (!held)
         return tl::unexpected(held.error());
     if (auto removed = removeStaleSocket(path); !removed)

@@ -176,7 +176,8 @@ class StandInDaemon:
     def die(self):
         self.server.stop()
         for connection in self.connections:
-            connection.close_sync(None)
+            if not connection.is_closed():
+                connection.close_sync(None)
         self.connections.clear()
 
     def come_back(self):

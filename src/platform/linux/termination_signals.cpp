@@ -8,13 +8,26 @@
 
 namespace tamsel {
 
+namespace {
+
+sigset_t terminating() {
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, SIGTERM);
+    sigaddset(&set, SIGINT);
+    return set;
+}
+
+} // namespace
+
+void TerminationSignals::block() {
+    const sigset_t set = terminating();
+    pthread_sigmask(SIG_BLOCK, &set, nullptr);
+}
+
 TerminationSignals::TerminationSignals(std::function<void()> onSignal) {
-    sigset_t caught;
-    sigemptyset(&caught);
-    sigaddset(&caught, SIGTERM);
-    sigaddset(&caught, SIGINT);
-    pthread_sigmask(SIG_BLOCK, &caught, nullptr);
-    m_fd = ::signalfd(-1, &caught, SFD_CLOEXEC | SFD_NONBLOCK);
+    const sigset_t set = terminating();
+    m_fd = ::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK);
     auto* notifier = new QSocketNotifier(m_fd, QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [this, onSignal = std::move(onSignal)] {
         signalfd_siginfo info{};

@@ -6,10 +6,13 @@
 
 namespace tamsel {
 
-/// Turns SIGTERM and SIGINT into a call on the main thread. Make it before any other thread
-/// starts: it blocks the two signals for the process.
+/// Turns SIGTERM and SIGINT into a call on the main thread. Needs the application object.
 class TerminationSignals final : public QObject {
 public:
+    /// Keeps the two signals from ending the process at once. Call it before any other thread
+    /// starts, since threads inherit it.
+    static void block();
+
     explicit TerminationSignals(std::function<void()> onSignal);
     ~TerminationSignals() override;
 

@@ -41,7 +41,7 @@ TEST(SeenDevices, errors) {
         std::string error;
     } cases[] = {
         {"", "not valid JSON at byte 1"},
-        {"[" + device(), "not valid JSON at byte 150"},
+        {"[" + device(), "not valid JSON at byte 146"},
         {"[] x", "not valid JSON at byte 4"},
         {"[\"\xFF\"]", "not valid JSON at byte 3"},
         {"[\"\\ud800\"]", "not valid JSON at byte 9"},
