@@ -2,7 +2,7 @@ import QtQuick
 import Tamsel
 
 // A key of a mapping in one outline: the selector, and at its right the controls in `trailing`.
-Item {
+FocusScope {
     id: field
 
     required property string role

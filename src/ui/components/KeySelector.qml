@@ -61,6 +61,9 @@ Item {
     Connections {
         target: menu.item as KeySelectorMenu
         function onPicked(code: int): void { selector.picked(code); }
-        function onClosed(): void { menu.source = ""; }
+        function onClosed(): void {
+            menu.source = "";
+            selector.forceActiveFocus(Qt.OtherFocusReason);
+        }
     }
 }

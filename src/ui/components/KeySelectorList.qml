@@ -10,6 +10,16 @@ ListView {
 
     signal picked(int code)
 
+    // Shows only the keys whose names have this text. Without its model meanwhile: it may be
+    // making an entry that is about to go.
+    function narrow(text: string): void {
+        model = null;
+        KeyCatalogue.filter = text;
+        model = KeyCatalogue;
+        currentIndex = count > 0 ? 0 : -1;
+        positionViewAtBeginning();
+    }
+
     function chooseCurrent(): void {
         if (currentIndex >= 0)
             picked(KeyCatalogue.codeAt(currentIndex));

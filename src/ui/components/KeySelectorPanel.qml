@@ -26,11 +26,7 @@ FocusScope {
         focus: true
         symbol: "search"
         placeholderText: qsTr("Search keys")
-        onTextEdited: {
-            KeyCatalogue.filter = text;
-            list.currentIndex = list.count > 0 ? 0 : -1;
-            list.positionViewAtBeginning();
-        }
+        onTextEdited: list.narrow(text)
         Keys.onUpPressed: list.decrementCurrentIndex()
         Keys.onDownPressed: list.incrementCurrentIndex()
         Keys.onReturnPressed: list.chooseCurrent()
