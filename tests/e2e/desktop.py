@@ -4,12 +4,9 @@ import os
 import subprocess
 import sys
 import time
-import warnings
 
 import gi
 
-# The library calls every method deprecated that other libraries have renamed.
-warnings.simplefilter("ignore", DeprecationWarning)
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi  # noqa: E402
 

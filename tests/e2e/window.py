@@ -178,5 +178,4 @@ class TheWindow(unittest.TestCase):
 
 if __name__ == "__main__":
     desktop.run_in_desktop()
-    harness.start_main_loop()
     unittest.main(verbosity=2)

@@ -17,7 +17,8 @@ public:
         call("getStatus", [reply = std::move(reply)] { reply(true, true, "RUNNING"); });
     }
     void getVersion(std::function<void(std::string)> reply) override {
-        call("getVersion", [reply = std::move(reply), version = m_daemon.version] { reply(version); });
+        call("getVersion",
+             [reply = std::move(reply), version = m_daemon.version] { reply(version); });
     }
     void stopGrabbing(BoolReply reply) override { answerBool("stopGrabbing", std::move(reply)); }
     void startGrabbing(BoolReply reply) override { answerBool("startGrabbing", std::move(reply)); }
@@ -28,7 +29,8 @@ public:
         answerBool("unsubscribeKeyViewer", std::move(reply));
     }
     void getSeenDevices(std::function<void(Bytes)> reply) override {
-        call("getSeenDevices", [reply = std::move(reply), devices = m_daemon.seenDevices] { reply(devices); });
+        call("getSeenDevices",
+             [reply = std::move(reply), devices = m_daemon.seenDevices] { reply(devices); });
     }
 
 private:
