@@ -93,7 +93,7 @@ class TheWindow(unittest.TestCase):
         window.press("check box", "caps_lock to left_control")
         wait_for_line(app, SENT, 6)
         daemon.rewrites(57, 57)
-        window.press("push button", "Delete mapping caps_lock to left_control")
+        window.press("push button", "Delete caps_lock to left_control")
         wait_for_line(app, SENT, 7)
         self.assertEqual(plistlib.loads(self.sandbox.stored())["mappings"], [])
 
@@ -103,7 +103,7 @@ class TheWindow(unittest.TestCase):
         daemon.rewrites(57, 224)
         mapping, = plistlib.loads(self.sandbox.stored())["mappings"]
         self.assertRegex(mapping["id"], r"^[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$")
-        window.find("push button", "Delete mapping caps_lock to left_control")
+        window.find("push button", "Delete caps_lock to left_control")
         self.assertEqual([line for line in harness.log_lines(app) if not line.startswith("[")], [],
                          "the toolkit printed warnings")
 

@@ -1,5 +1,4 @@
 import QtQuick
-import Tamsel
 
 // The tooltip of `owner`, made only while it is wanted: there is one for every icon of every row.
 Loader {

@@ -106,7 +106,7 @@ FocusScope {
                 id: remove
                 visible: !view.readOnly
                 symbol: "delete"
-                text: qsTr("Delete mapping %1").arg(view.title)
+                text: qsTr("Delete %1").arg(view.title)
                 onClicked: view.removeRequested(MappingRowV.Delete)
             }
         }
