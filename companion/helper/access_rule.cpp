@@ -4,8 +4,8 @@
 #include "io/unique_fd.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -66,7 +66,7 @@ std::string temporaryName(const std::string& file) {
 }
 
 Result<void> coverPackagedRule(const std::string& file) {
-    if (const auto made = makeFolder(folderOf(file)); !made)
+    if (auto made = makeFolder(folderOf(file)); !made)
         return made;
     const std::string temporary = temporaryName(file);
     if (::unlink(temporary.c_str()) != 0 && errno != ENOENT)
@@ -80,7 +80,7 @@ Result<void> coverPackagedRule(const std::string& file) {
 
 Result<void> installAccessRule() {
     const std::string file = underRoot(accessRuleFile);
-    if (const auto made = makeFolder(folderOf(file)); !made)
+    if (auto made = makeFolder(folderOf(file)); !made)
         return made;
     std::string temporary = temporaryName(file);
     const UniqueFd fd(::mkostemp(temporary.data(), O_CLOEXEC));

@@ -56,12 +56,11 @@ std::string moduleState() {
 /// Has udev read its rules again and apply them to the device that is there. False without a
 /// running udev.
 bool applyRules() {
-    const bool reloaded = runCommand(udevadm, {"control", "--reload"}) == CommandEnd::succeeded;
-    if (!nodeExists())
-        return reloaded;
-    return runCommand(udevadm, {"trigger", "--action=add", "--settle",
-                                std::string("--name-match=") + uinputNode}) ==
-           CommandEnd::succeeded;
+    if (runCommand(udevadm, {"control", "--reload"}) != CommandEnd::succeeded)
+        return false;
+    return !nodeExists() || runCommand(udevadm, {"trigger", "--action=add", "--settle",
+                                                 std::string("--name-match=") + uinputNode}) ==
+                                CommandEnd::succeeded;
 }
 
 } // namespace

@@ -8,7 +8,7 @@
 namespace tamsel::driver {
 
 /// The system's root folder: "" in the program that is installed.
-inline constexpr std::string_view systemRoot = TAMSEL_HELPER_ROOT;
+inline constexpr auto systemRoot = std::string_view(TAMSEL_HELPER_ROOT);
 
 inline std::string underRoot(std::string_view path) {
     return std::string(systemRoot).append(path);

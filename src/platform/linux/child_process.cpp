@@ -84,7 +84,7 @@ Result<qint64> spawnChild(const QString& program, const QStringList& arguments,
 
 Result<qint64> startDetachedChild(const QString& program, const QStringList& arguments,
                                   QObject* context, std::function<void(int status)> done) {
-    const auto started = spawnChild(program, arguments);
+    auto started = spawnChild(program, arguments);
     if (!started)
         return started;
     const auto pid = static_cast<pid_t>(*started);
