@@ -1,15 +1,16 @@
 #include "app/app_delegate.h"
 #include "app/connection_vm.h"
 #include "config/storage_mgr.h"
+#include "daemon/daemon_mgr.h"
 #include "daemon/daemon_xpc_client.h"
 #include "daemon/protocol/socket_path.h"
 #include "editors/mapping_vm.h"
 #include "log/logger.h"
 #include "platform/linux/dbus_daemon_connection.h"
 #include "platform/linux/desktop_workspace.h"
-#include "platform/linux/embedded_daemon.h"
 #include "platform/linux/folder_bundle.h"
 #include "platform/linux/journal_system_log.h"
+#include "platform/linux/linux_service_management.h"
 #include "platform/linux/qt_main_queue.h"
 #include "platform/linux/qt_pasteboard.h"
 #include "platform/linux/real_clock.h"
@@ -20,6 +21,7 @@
 #include "ui/main_window.h"
 
 #include <QGuiApplication>
+#include <QScopeGuard>
 
 #include <csignal>
 #include <cstdio>
@@ -29,26 +31,6 @@ namespace {
 int cantStart(const std::string& reason) {
     std::fprintf(stderr, "tamsel: %s\n", reason.c_str());
     return 1;
-}
-
-/// The daemon that the application brings along, unless the environment names another one.
-std::unique_ptr<tamsel::EmbeddedDaemon> startEmbeddedDaemon(const tamsel::Bundle& bundle,
-                                                            const QString& address,
-                                                            tamsel::Logger& logger) {
-    if (!qEnvironmentVariableIsEmpty("TAMSEL_DAEMON_ADDRESS"))
-        return nullptr;
-    const auto program = bundle.pathForResource(QStringLiteral("tamsel-daemon"),
-                                                QStringLiteral("app"));
-    if (!program) {
-        logger.error(QStringLiteral("[DaemonMgr] Daemon 二進制不在 App Bundle 中"));
-        return nullptr;
-    }
-    auto daemon = std::make_unique<tamsel::EmbeddedDaemon>(
-        *program, QString::fromStdString(tamsel::protocol::socketFile(address.toStdString())));
-    if (const auto started = daemon->ensureRunning(); !started)
-        logger.error(QStringLiteral("[DaemonMgr] Daemon 註冊失敗: ") +
-                     QString::fromStdString(started.error().description()));
-    return daemon;
 }
 
 } // namespace
@@ -80,6 +62,8 @@ int main(int argc, char** argv) {
         return cantStart("the settings can't be opened: " + defaults.error().description());
     const auto address = QString::fromStdString(tamsel::protocol::daemonAddress());
     tamsel::DBusDaemonConnector connector(address, queue);
+    tamsel::LinuxServiceManagement services(tamsel::LinuxServiceManagement::kindHere(), bundle,
+                                            queue, QCoreApplication::applicationFilePath());
 
     tamsel::Logger logger(systemLog, queue, clock, pasteboard);
     if (const QString& aside = (*defaults)->setAside(); !aside.isEmpty())
@@ -87,7 +71,10 @@ int main(int argc, char** argv) {
     tamsel::StorageMgr storage(**defaults, logger);
     tamsel::DaemonXPCClient daemon(connector, storage,
                                    {queue, clock, pasteboard, workspace, logger});
-    const auto embedded = startEmbeddedDaemon(bundle, address, logger);
+    tamsel::DaemonMgr daemonMgr(services, bundle, logger);
+    // A crash leaves the services running; an end in good order takes along what it has started.
+    const auto endPrograms = qScopeGuard([&services] { services.endOwnPrograms(); });
+    daemonMgr.registerServices();
 
     tamsel::ConnectionVM connection(daemon);
     tamsel::MappingVM mapping(storage, daemon);
