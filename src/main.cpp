@@ -1,25 +1,33 @@
 #include "app/app_delegate.h"
 #include "app/connection_vm.h"
+#include "app/launch_at_login_mgr.h"
 #include "config/storage_mgr.h"
+#include "daemon/daemon_mgr.h"
 #include "daemon/daemon_xpc_client.h"
 #include "daemon/protocol/socket_path.h"
+#include "driver/system_extension_mgr.h"
 #include "editors/mapping_vm.h"
 #include "log/logger.h"
+#include "platform/linux/child_process_runner.h"
 #include "platform/linux/dbus_daemon_connection.h"
 #include "platform/linux/desktop_workspace.h"
-#include "platform/linux/embedded_daemon.h"
 #include "platform/linux/folder_bundle.h"
 #include "platform/linux/journal_system_log.h"
+#include "platform/linux/linux_service_management.h"
 #include "platform/linux/qt_main_queue.h"
 #include "platform/linux/qt_pasteboard.h"
 #include "platform/linux/real_clock.h"
 #include "platform/linux/sqlite_user_defaults.h"
 #include "platform/linux/termination_signals.h"
+#include "platform/linux/thread_background_queue.h"
+#include "platform/linux/uinput_driver.h"
+#include "platform/linux/unmanaged_driver.h"
 #include "platform/notification_center.h"
 #include "ui/main_vm.h"
 #include "ui/main_window.h"
 
 #include <QGuiApplication>
+#include <QScopeGuard>
 
 #include <csignal>
 #include <cstdio>
@@ -31,23 +39,21 @@ int cantStart(const std::string& reason) {
     return 1;
 }
 
-/// The daemon that the application brings along, unless the environment names another one.
-std::unique_ptr<tamsel::EmbeddedDaemon>
-startEmbeddedDaemon(const tamsel::Bundle& bundle, const QString& address, tamsel::Logger& logger) {
-    if (!qEnvironmentVariableIsEmpty("TAMSEL_DAEMON_ADDRESS"))
-        return nullptr;
-    const auto program =
-        bundle.pathForResource(QStringLiteral("tamsel-daemon"), QStringLiteral("app"));
-    if (!program) {
-        logger.error(QStringLiteral("[DaemonMgr] Daemon 二進制不在 App Bundle 中"));
-        return nullptr;
-    }
-    auto daemon = std::make_unique<tamsel::EmbeddedDaemon>(
-        *program, QString::fromStdString(tamsel::protocol::socketFile(address.toStdString())));
-    if (const auto started = daemon->ensureRunning(); !started)
-        logger.error(QStringLiteral("[DaemonMgr] Daemon 註冊失敗: ") +
-                     QString::fromStdString(started.error().description()));
-    return daemon;
+/// The driver of the daemon that the services run: with a system daemon it is for the daemon's user
+/// to open, with one of our own for this user; the driver of a daemon elsewhere is not ours.
+std::unique_ptr<tamsel::SystemExtensionService>
+makeDriver(tamsel::LinuxServiceManagement::Kind kind, const tamsel::Bundle& bundle,
+           tamsel::MainQueue& queue, tamsel::BackgroundQueue& background) {
+    using Kind = tamsel::LinuxServiceManagement::Kind;
+    if (kind == Kind::fixed)
+        return std::make_unique<tamsel::UnmanagedDriver>(queue);
+    tamsel::UinputPlaces places;
+    places.helper =
+        bundle.pathForResource(QStringLiteral("tamsel-driver-helper"), QStringLiteral("app"))
+            .value_or(QString());
+    if (kind == Kind::systemd)
+        places.daemonGroup = QStringLiteral("tamsel");
+    return std::make_unique<tamsel::UinputDriver>(queue, background, places);
 }
 
 } // namespace
@@ -79,6 +85,12 @@ int main(int argc, char** argv) {
         return cantStart("the settings can't be opened: " + defaults.error().description());
     const auto address = QString::fromStdString(tamsel::protocol::daemonAddress());
     tamsel::DBusDaemonConnector connector(address, queue);
+    tamsel::ChildProcessRunner processes;
+    tamsel::ThreadBackgroundQueue background([&processes] { processes.stop(); });
+    const auto serviceKind = tamsel::LinuxServiceManagement::kindHere();
+    tamsel::LinuxServiceManagement services(serviceKind, bundle, queue,
+                                            QCoreApplication::applicationFilePath());
+    const auto driver = makeDriver(serviceKind, bundle, queue, background);
 
     tamsel::Logger logger(systemLog, queue, clock, pasteboard);
     if (const QString& aside = (*defaults)->setAside(); !aside.isEmpty())
@@ -86,12 +98,17 @@ int main(int argc, char** argv) {
     tamsel::StorageMgr storage(**defaults, logger);
     tamsel::DaemonXPCClient daemon(connector, storage,
                                    {queue, clock, pasteboard, workspace, logger});
-    const auto embedded = startEmbeddedDaemon(bundle, address, logger);
+    tamsel::DaemonMgr daemonMgr(services, bundle, logger);
+    // A crash leaves the services running; an end in good order takes along what it has started.
+    const auto endPrograms = qScopeGuard([&services] { services.endOwnPrograms(); });
+    tamsel::SystemExtensionMgr sysExtMgr({*driver, processes, background, queue, logger}, daemon);
+    tamsel::LaunchAtLoginMgr launchAtLogin(services, **defaults, logger);
 
     tamsel::ConnectionVM connection(daemon);
     tamsel::MappingVM mapping(storage, daemon);
     tamsel::MainVM main(notifications);
-    tamsel::AppDelegate delegate(daemon, storage, logger);
+    tamsel::AppDelegate delegate(
+        {queue, logger, storage, daemon, daemonMgr, sysExtMgr, launchAtLogin});
 
     const tamsel::MainWindow window({main, mapping, connection});
     if (!window.window())

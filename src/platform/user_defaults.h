@@ -20,6 +20,10 @@ public:
     virtual Result<std::optional<QByteArray>> dataForKey(const QString& key) = 0;
     /// Replaces the value under `key`; on failure the old value stays.
     virtual Result<void> setData(const QByteArray& value, const QString& key) = 0;
+    /// The same for a boolean, which is stored as the number 1 or 0.
+    virtual Result<void> setBool(bool value, const QString& key) = 0;
+    /// Whether the key was ever written, whatever its value.
+    virtual Result<bool> contains(const QString& key) = 0;
 };
 
 } // namespace tamsel

@@ -51,6 +51,12 @@ TEST(FolderBundleTest, FindsCompanionsBesideTheProgramOrInLibexec) {
     EXPECT_EQ(bundle.pathForResource("tamsel-daemon", "app"), std::nullopt) << "not executable";
     QFile::setPermissions(installed, QFile::ReadOwner | QFile::ExeOwner);
     EXPECT_EQ(bundle.pathForResource("tamsel-daemon", "app"), installed);
+    qputenv("TAMSEL_DAEMON_ADDRESS", "unix:path=/elsewhere");
+    const auto elsewhere = FolderBundle::standard("/nowhere");
+    EXPECT_TRUE(elsewhere.pathForResource("tamsel-daemon", "app"));
+    EXPECT_FALSE(elsewhere.pathForResource("tamsel-agent", "app"));
+    qunsetenv("TAMSEL_DAEMON_ADDRESS");
+    EXPECT_FALSE(FolderBundle::standard("/nowhere").pathForResource("tamsel-daemon", "app"));
     write(prefix.filePath("changelog.txt"), "## 1\n");
     EXPECT_EQ(bundle.pathForResource("changelog", "txt"), prefix.filePath("changelog.txt"));
 }

@@ -40,6 +40,19 @@ TEST_F(SqliteUserDefaultsTest, KeepsBytesAcrossOpenings) {
     EXPECT_TRUE(store->setAside().isEmpty());
 }
 
+TEST_F(SqliteUserDefaultsTest, KeepsBooleansAsNumbers) {
+    {
+        const auto store = open();
+        EXPECT_EQ(store->contains("f"), false);
+        ASSERT_TRUE(store->setBool(true, "t"));
+        ASSERT_TRUE(store->setBool(false, "f"));
+    }
+    const auto store = open();
+    EXPECT_EQ(store->contains("f"), true) << "a false value is one, too";
+    EXPECT_EQ(store->dataForKey("t"), QByteArray("1"));
+    EXPECT_EQ(store->dataForKey("f"), QByteArray("0"));
+}
+
 TEST_F(SqliteUserDefaultsTest, TwoOpenStoresSeeEachOther) {
     const auto first = open();
     const auto second = open();

@@ -19,15 +19,6 @@ std::string environment(const char* name) {
     return value ? value : "";
 }
 
-bool systemUnitInstalled() {
-    for (const char* folder : unitFolders) {
-        const std::string unit = std::string(folder) + "/app.tamsel.daemon.service";
-        if (::access(unit.c_str(), F_OK) == 0)
-            return true;
-    }
-    return false;
-}
-
 /// D-Bus address escaping: everything outside [-0-9A-Za-z_/.\*] as %XX.
 std::string escaped(std::string_view path) {
     constexpr std::string_view plain =
@@ -58,6 +49,15 @@ int hexDigit(char c) {
 }
 
 } // namespace
+
+bool systemUnitInstalled() {
+    for (const char* folder : unitFolders) {
+        const std::string unit = std::string(folder) + "/app.tamsel.daemon.service";
+        if (::access(unit.c_str(), F_OK) == 0)
+            return true;
+    }
+    return false;
+}
 
 std::string userRuntimeFolder() {
     if (std::string folder = environment("XDG_RUNTIME_DIR"); !folder.empty())

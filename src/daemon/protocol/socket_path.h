@@ -9,6 +9,9 @@ namespace tamsel::protocol {
 /// installed, else userDaemonAddress().
 std::string daemonAddress();
 
+/// The daemon's systemd unit stands in one of the system's unit folders.
+bool systemUnitInstalled();
+
 /// The address of a per-user daemon, tamsel/daemon.sock in userRuntimeFolder(); "" without one.
 std::string userDaemonAddress();
 

@@ -61,6 +61,14 @@ public:
         values[key] = value;
         return {};
     }
+    Result<void> setBool(bool value, const QString& key) override {
+        return setData(QByteArray::number(int(value)), key);
+    }
+    Result<bool> contains(const QString& key) override {
+        if (failure)
+            return tl::unexpected(*failure);
+        return values.contains(key);
+    }
 };
 
 class FakePasteboard final : public Pasteboard {

@@ -41,8 +41,11 @@ FolderBundle::FolderBundle(QString folder, QString programFolder)
 
 FolderBundle FolderBundle::standard(const QString& programFolder) {
     const QString chosen = qEnvironmentVariable("TAMSEL_BUNDLE");
-    return {chosen.isEmpty() ? programFolder + QStringLiteral("/../share/tamsel") : chosen,
-            programFolder};
+    FolderBundle bundle(chosen.isEmpty() ? programFolder + QStringLiteral("/../share/tamsel")
+                                         : chosen,
+                        programFolder);
+    bundle.m_isDaemonElsewhere = !qEnvironmentVariableIsEmpty("TAMSEL_DAEMON_ADDRESS");
+    return bundle;
 }
 
 std::optional<QString> FolderBundle::infoString(const QString& key) const {
@@ -61,6 +64,8 @@ std::optional<QString> FolderBundle::pathForResource(const QString& name,
         if (file.isFile() && (type != u"app" || file.isExecutable()))
             return file.canonicalFilePath();
     }
+    if (m_isDaemonElsewhere && name == u"tamsel-daemon" && type == u"app")
+        return candidates.front();
     return std::nullopt;
 }
 

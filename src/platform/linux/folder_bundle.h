@@ -11,7 +11,8 @@ namespace tamsel {
 class FolderBundle final : public Bundle {
 public:
     FolderBundle(QString folder, QString programFolder);
-    /// TAMSEL_BUNDLE when set, else ../share/tamsel/ beside the program's folder.
+    /// TAMSEL_BUNDLE when set, else ../share/tamsel/ beside the program's folder. When
+    /// TAMSEL_DAEMON_ADDRESS names a daemon, "tamsel-daemon" counts as being there.
     static FolderBundle standard(const QString& programFolder);
 
     std::optional<QString> infoString(const QString& key) const override;
@@ -21,6 +22,7 @@ private:
     QString m_folder;
     QString m_programFolder;
     QMap<QString, QString> m_info;
+    bool m_isDaemonElsewhere = false;
 };
 
 } // namespace tamsel

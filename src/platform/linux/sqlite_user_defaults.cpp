@@ -161,14 +161,32 @@ Result<std::optional<QByteArray>> SqliteUserDefaults::dataForKey(const QString& 
 }
 
 Result<void> SqliteUserDefaults::setData(const QByteArray& value, const QString& key) {
+    return put(key, [&value](sqlite3_stmt* statement) {
+        sqlite3_bind_blob64(statement, 2, value.constData(),
+                            static_cast<sqlite3_uint64>(value.size()), SQLITE_STATIC);
+    });
+}
+
+Result<void> SqliteUserDefaults::setBool(bool value, const QString& key) {
+    return put(key,
+               [value](sqlite3_stmt* statement) { sqlite3_bind_int(statement, 2, value ? 1 : 0); });
+}
+
+Result<bool> SqliteUserDefaults::contains(const QString& key) {
+    return dataForKey(key).map([](const auto& value) { return value.has_value(); });
+}
+
+Result<void> SqliteUserDefaults::put(const QString& key,
+                                     const std::function<void(sqlite3_stmt*)>& bindValue) {
     const QByteArray utf8 = key.toUtf8();
     sqlite3_stmt* raw = nullptr;
     sqlite3_prepare_v2(m_database, "INSERT OR REPLACE INTO defaults(key, value) VALUES(?1, ?2)", -1,
                        &raw, nullptr);
     const Statement statement(raw);
-    sqlite3_bind_text(raw, 1, utf8.constData(), static_cast<int>(utf8.size()), SQLITE_STATIC);
-    sqlite3_bind_blob64(raw, 2, value.constData(), static_cast<sqlite3_uint64>(value.size()),
-                        SQLITE_STATIC);
+    if (raw) {
+        sqlite3_bind_text(raw, 1, utf8.constData(), static_cast<int>(utf8.size()), SQLITE_STATIC);
+        bindValue(raw);
+    }
     if (!raw || sqlite3_step(raw) != SQLITE_DONE)
         return fail(sqlite3_errmsg(m_database), utf8.toStdString());
     return {};

@@ -2,9 +2,11 @@
 
 #include "platform/user_defaults.h"
 
+#include <functional>
 #include <memory>
 
 struct sqlite3;
+struct sqlite3_stmt;
 
 namespace tamsel {
 
@@ -25,8 +27,11 @@ public:
 
     Result<std::optional<QByteArray>> dataForKey(const QString& key) override;
     Result<void> setData(const QByteArray& value, const QString& key) override;
+    Result<void> setBool(bool value, const QString& key) override;
+    Result<bool> contains(const QString& key) override;
 
 private:
+    Result<void> put(const QString& key, const std::function<void(sqlite3_stmt*)>& bindValue);
     SqliteUserDefaults(sqlite3* database, QString setAside);
 
     sqlite3* m_database;
