@@ -26,14 +26,14 @@ Result<void> goHome() {
 } // namespace
 
 Result<void> runAgent() {
+    if (const auto name = socketName(protocol::daemonAddress()); !name)
+        return tl::unexpected(name.error());
     const std::string runtimeFolder = protocol::userRuntimeFolder();
     if (runtimeFolder.empty())
         return fail("there is no runtime folder of this user's own");
     const auto lock = AgentLock::acquire(runtimeFolder + "/tamsel");
     if (!lock)
         return tl::unexpected(lock.error());
-    if (const auto name = socketName(protocol::daemonAddress()); !name)
-        return tl::unexpected(name.error());
     if (auto home = goHome(); !home)
         return home;
     auto loop = makeLoop();
