@@ -1,5 +1,6 @@
 #include "daemon/daemon.h"
 
+#include "daemon/machine_devices.h"
 #include "daemon/protocol/socket_path.h"
 #include "io/simulated_devices.h"
 #include "service/access.h"
@@ -103,6 +104,12 @@ Result<void> runDaemon(const Options& options) {
         pump.emplace(InputPump{simulated->devices, core, server});
         if (auto attached = pump->attach(loop->get()); !attached)
             return attached;
+    }
+    std::optional<MachineDevices> machine;
+    if (!simulated) {
+        machine.emplace(core, log);
+        if (auto started = machine->start(loop->get()); !started)
+            return started;
     }
     const int result = ::sd_event_loop(loop->get());
     core.shutDown();
