@@ -11,7 +11,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <grp.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace tamsel {
@@ -254,6 +257,19 @@ TEST_F(UinputDriverTest, WithoutTheMeansTheReasonIsSaid) {
     listener.answer = ReplacementAction::cancel;
     run({Kind::activation});
     EXPECT_EQ(listener.heard, (QStringList{"replace 0 1", "failed 1"}));
+}
+
+TEST_F(UinputDriverTest, ANodeWithoutADriverBehindItIsNoDriver) {
+    const QByteArray node = (places.root + "/dev/uinput").toUtf8();
+    QDir().mkpath(places.root + "/dev");
+    sockaddr_un address{AF_UNIX, {}}; // what answers an open() as a device without a driver does
+    ASSERT_LT(static_cast<std::size_t>(node.size()), sizeof address.sun_path);
+    std::strcpy(address.sun_path, node.constData());
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    ASSERT_EQ(::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    ::close(fd);
+    run({Kind::activation});
+    EXPECT_EQ(listener.heard, QStringList{"failed 4"});
 }
 
 TEST_F(UinputDriverTest, APackagesRuleCountsUnlessItIsCovered) {

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 
 #include <array>
+#include <cerrno>
 #include <fcntl.h>
 #include <grp.h>
 #include <sys/stat.h>
@@ -47,8 +48,15 @@ bool groupHasAccess(const QByteArray& node, const QByteArray& group) {
            found && entry.gr_gid == info.st_gid && (info.st_mode & 0060U) == 0060U;
 }
 
-bool userHasAccess(const QByteArray& node) {
-    return ::faccessat(AT_FDCWD, node.constData(), R_OK | W_OK, AT_EACCESS) == 0;
+enum class Opening { succeeds, isRefused, findsNoDriver };
+
+/// Opening the node makes the kernel load the driver where it has one, and changes nothing else.
+Opening openAsUser(const QByteArray& node) {
+    const int fd = ::open(node.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0)
+        return errno == ENXIO || errno == ENODEV ? Opening::findsNoDriver : Opening::isRefused;
+    ::close(fd);
+    return Opening::succeeds;
 }
 
 /// The version of the rule in this file; an empty file covers every rule of its name.
@@ -80,9 +88,11 @@ UinputState readUinputState(const UinputPlaces& places) {
     const QByteArray node = QFile::encodeName(places.root + QLatin1String(driver::uinputNode));
     UinputState state;
     state.hasNode = ::access(node.constData(), F_OK) == 0;
-    state.isInKernel = state.hasNode || kernelHasUinput(places.root);
+    const Opening opening = openAsUser(node);
+    state.isInKernel =
+        state.hasNode ? opening != Opening::findsNoDriver : kernelHasUinput(places.root);
     state.hasAccess = places.daemonGroup ? groupHasAccess(node, places.daemonGroup->toUtf8())
-                                         : userHasAccess(node);
+                                         : opening == Opening::succeeds;
     state.installedVersion = installedVersion(places.root);
     return state;
 }
