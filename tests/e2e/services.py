@@ -453,6 +453,28 @@ class OwnPrograms(unittest.TestCase):
         probe.quit()
         self.expect_nothing_left()
 
+    def test_the_application_takes_along_what_it_has_started(self):
+        application = os.path.join(self.programs, "tamsel")
+        shutil.copy2(os.path.join(BUILD, "bin", "tamsel"), application)
+        for end in (signal.SIGKILL, signal.SIGTERM):
+            app = self.sandbox.start(application, QT_QPA_PLATFORM="offscreen")
+            harness.wait_for_line(app, RUNNING)
+            harness.wait_for_line(app, "[DaemonXPC] 配置發送成功")
+            app.send_signal(end)
+            app.wait(10 * harness.PATIENCE)
+            # A crash leaves them; the next run finds them and, not having started them, leaves
+            # them as well.
+            self.assertEqual(len(self.running("tamsel-daemon")), 1)
+        self.assertIn(REGISTERED_ALREADY[0], log_lines(app))
+        os.kill(self.serving(), signal.SIGTERM)
+        wait_until(lambda: not self.running("tamsel-daemon"), "the daemon's end")
+        app = self.sandbox.start(application, QT_QPA_PLATFORM="offscreen")
+        harness.wait_for_line(app, "[DaemonXPC] 配置發送成功")
+        app.send_signal(signal.SIGTERM)
+        self.assertEqual(app.wait(10 * harness.PATIENCE), 0)
+        self.assertEqual(self.running("tamsel-daemon"), [])
+        self.assertFalse(os.path.exists(self.socket))
+
     def test_a_daemon_elsewhere_is_left_alone(self):
         probe = Probe(self.sandbox, "/nowhere", TAMSEL_DAEMON_ADDRESS="unix:path=/elsewhere")
         self.addCleanup(probe.close)
