@@ -1,11 +1,14 @@
 #include "app/app_delegate.h"
 #include "app/connection_vm.h"
+#include "app/launch_at_login_mgr.h"
 #include "config/storage_mgr.h"
 #include "daemon/daemon_mgr.h"
 #include "daemon/daemon_xpc_client.h"
 #include "daemon/protocol/socket_path.h"
+#include "driver/system_extension_mgr.h"
 #include "editors/mapping_vm.h"
 #include "log/logger.h"
+#include "platform/linux/child_process_runner.h"
 #include "platform/linux/dbus_daemon_connection.h"
 #include "platform/linux/desktop_workspace.h"
 #include "platform/linux/folder_bundle.h"
@@ -16,6 +19,9 @@
 #include "platform/linux/real_clock.h"
 #include "platform/linux/sqlite_user_defaults.h"
 #include "platform/linux/termination_signals.h"
+#include "platform/linux/thread_background_queue.h"
+#include "platform/linux/uinput_driver.h"
+#include "platform/linux/unmanaged_driver.h"
 #include "platform/notification_center.h"
 #include "ui/main_vm.h"
 #include "ui/main_window.h"
@@ -31,6 +37,23 @@ namespace {
 int cantStart(const std::string& reason) {
     std::fprintf(stderr, "tamsel: %s\n", reason.c_str());
     return 1;
+}
+
+/// The driver of the daemon that the services run: with a system daemon it is for the daemon's user
+/// to open, with one of our own for this user; the driver of a daemon elsewhere is not ours.
+std::unique_ptr<tamsel::SystemExtensionService>
+makeDriver(tamsel::LinuxServiceManagement::Kind kind, const tamsel::Bundle& bundle,
+           tamsel::MainQueue& queue, tamsel::BackgroundQueue& background) {
+    using Kind = tamsel::LinuxServiceManagement::Kind;
+    if (kind == Kind::fixed)
+        return std::make_unique<tamsel::UnmanagedDriver>(queue);
+    tamsel::UinputPlaces places;
+    places.helper =
+        bundle.pathForResource(QStringLiteral("tamsel-driver-helper"), QStringLiteral("app"))
+            .value_or(QString());
+    if (kind == Kind::systemd)
+        places.daemonGroup = QStringLiteral("tamsel");
+    return std::make_unique<tamsel::UinputDriver>(queue, background, places);
 }
 
 } // namespace
@@ -62,8 +85,12 @@ int main(int argc, char** argv) {
         return cantStart("the settings can't be opened: " + defaults.error().description());
     const auto address = QString::fromStdString(tamsel::protocol::daemonAddress());
     tamsel::DBusDaemonConnector connector(address, queue);
-    tamsel::LinuxServiceManagement services(tamsel::LinuxServiceManagement::kindHere(), bundle,
-                                            queue, QCoreApplication::applicationFilePath());
+    tamsel::ChildProcessRunner processes;
+    tamsel::ThreadBackgroundQueue background([&processes] { processes.stop(); });
+    const auto serviceKind = tamsel::LinuxServiceManagement::kindHere();
+    tamsel::LinuxServiceManagement services(serviceKind, bundle, queue,
+                                            QCoreApplication::applicationFilePath());
+    const auto driver = makeDriver(serviceKind, bundle, queue, background);
 
     tamsel::Logger logger(systemLog, queue, clock, pasteboard);
     if (const QString& aside = (*defaults)->setAside(); !aside.isEmpty())
@@ -74,12 +101,14 @@ int main(int argc, char** argv) {
     tamsel::DaemonMgr daemonMgr(services, bundle, logger);
     // A crash leaves the services running; an end in good order takes along what it has started.
     const auto endPrograms = qScopeGuard([&services] { services.endOwnPrograms(); });
-    daemonMgr.registerServices();
+    tamsel::SystemExtensionMgr sysExtMgr({*driver, processes, background, queue, logger}, daemon);
+    tamsel::LaunchAtLoginMgr launchAtLogin(services, **defaults, logger);
 
     tamsel::ConnectionVM connection(daemon);
     tamsel::MappingVM mapping(storage, daemon);
     tamsel::MainVM main(notifications);
-    tamsel::AppDelegate delegate(daemon, storage, logger);
+    tamsel::AppDelegate delegate(
+        {queue, logger, storage, daemon, daemonMgr, sysExtMgr, launchAtLogin});
 
     const tamsel::MainWindow window({main, mapping, connection});
     if (!window.window())

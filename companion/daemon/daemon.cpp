@@ -1,53 +1,22 @@
 #include "daemon/daemon.h"
 
+#include "daemon/machine_devices.h"
 #include "daemon/protocol/socket_path.h"
 #include "io/simulated_devices.h"
 #include "service/access.h"
 #include "service/bus_server.h"
 #include "service/core.h"
+#include "service/event_loop.h"
 #include "service/listener.h"
 #include "service/log.h"
 
-#include <csignal>
-#include <memory>
 #include <optional>
 #include <sys/epoll.h>
-#include <system_error>
 #include <systemd/sd-event.h>
 
 namespace tamsel {
 
 namespace {
-
-struct UnrefLoop {
-    void operator()(sd_event* loop) const { ::sd_event_unref(loop); }
-};
-using Loop = std::unique_ptr<sd_event, UnrefLoop>;
-
-tl::unexpected<Error> loopError(int result) {
-    return fail("the event loop failed: " + std::generic_category().message(-result));
-}
-
-/// A loop that ends with SIGTERM and SIGINT.
-Result<Loop> makeLoop() {
-    sigset_t signals;
-    ::sigemptyset(&signals);
-    ::sigaddset(&signals, SIGTERM);
-    ::sigaddset(&signals, SIGINT);
-    ::sigprocmask(SIG_BLOCK, &signals, nullptr);
-    std::signal(SIGPIPE, SIG_IGN);
-    sd_event* loop = nullptr;
-    if (const int result = ::sd_event_new(&loop); result < 0)
-        return loopError(result);
-    Loop owned(loop);
-    for (const int signal : {SIGTERM, SIGINT}) {
-        // No handler: the loop exits.
-        if (const int result = ::sd_event_add_signal(loop, nullptr, signal, nullptr, nullptr);
-            result < 0)
-            return loopError(result);
-    }
-    return owned;
-}
 
 struct Simulation {
     SimulatedDevices devices;
@@ -75,10 +44,9 @@ struct InputPump {
 
     Result<void> attach(sd_event* loop) {
         sd_event_source* source = nullptr;
+        // Of the clients' priority: the loop takes turns, so that a script of any length starves no
+        // client and a client that calls without end delays a key by a call at most.
         int result = ::sd_event_add_io(loop, &source, devices.fd(), EPOLLIN, onReadable, this);
-        // Keys come before whatever the clients want.
-        if (result >= 0)
-            result = ::sd_event_source_set_priority(source, SD_EVENT_PRIORITY_IMPORTANT);
         if (result >= 0)
             result = ::sd_event_source_set_floating(source, 1);
         ::sd_event_source_unref(source);
@@ -122,7 +90,7 @@ Result<void> runDaemon(const Options& options) {
     if (!listener)
         return tl::unexpected(listener.error());
 
-    const Log log = Log::system();
+    const Log log = Log::system("daemon");
     FileOrderMemory memory(*stateFolder);
     auto& simulated = *simulation;
     Core core(simulated ? &simulated->output : nullptr, memory,
@@ -136,6 +104,12 @@ Result<void> runDaemon(const Options& options) {
         pump.emplace(InputPump{simulated->devices, core, server});
         if (auto attached = pump->attach(loop->get()); !attached)
             return attached;
+    }
+    std::optional<MachineDevices> machine;
+    if (!simulated) {
+        machine.emplace(core, log);
+        if (auto started = machine->start(loop->get()); !started)
+            return started;
     }
     const int result = ::sd_event_loop(loop->get());
     core.shutDown();

@@ -14,7 +14,7 @@ namespace tamsel {
 namespace {
 
 constexpr std::size_t maxDevices = 256;
-constexpr std::size_t maxDevicesFile = 1024 * 1024;
+constexpr std::size_t maxDevicesFile = std::size_t{1024} * 1024;
 
 std::string reason(int error) {
     return std::generic_category().message(error);

@@ -15,7 +15,8 @@ BusServer::BusServer(sd_event* loop, Listener& listener, Core& core, const Log& 
       m_listener(listener),
       m_log(log),
       m_access(std::move(access)),
-      m_state{core, log, nullptr} {}
+      m_state{core, log, nullptr},
+      m_agents(log) {}
 
 BusServer::~BusServer() {
     m_clients.clear();
@@ -77,35 +78,41 @@ Result<void> BusServer::add(UniqueFd socket) {
     socklen_t length = sizeof peerIdentity;
     if (::getsockopt(socket.get(), SOL_SOCKET, SO_PEERCRED, &peerIdentity, &length) != 0)
         return fail("its user is unknown");
-    const bool isPermitted = mayTalk(peerIdentity.uid);
-    if (!hasRoomFor(isPermitted))
-        return fail("too many connections");
+    if (!hasRoomFor(peerIdentity.uid))
+        return fail("its user has too many connections");
     auto peer = PeerConnection::open(m_loop, std::move(socket), peerIdentity.uid, *this);
     if (!peer)
         return tl::unexpected(peer.error());
     auto object = std::make_unique<DaemonObject>(m_state, **peer);
     if (auto added = object->add(); !added)
         return added;
+    auto registry = std::make_unique<AgentRegistryObject>(m_agents, **peer);
+    if (auto added = registry->add(); !added)
+        return added;
     if (auto added = addBusDriverObject((*peer)->bus()); !added)
         return added;
     if (auto started = (*peer)->start(m_loop); !started)
         return started;
-    m_clients.push_back({std::move(object), std::move(*peer), isPermitted});
+    m_clients.push_back(
+        {std::move(object), std::move(registry), std::move(*peer), mayTalk(peerIdentity.uid)});
     return {};
 }
 
-bool BusServer::hasRoomFor(bool isPermitted) const {
-    const auto strangers = static_cast<std::size_t>(std::count_if(
-        m_clients.begin(), m_clients.end(), [](auto& client) { return !client.isPermitted; }));
-    return isPermitted ? m_clients.size() - strangers < maxClients : strangers < maxStrangers;
+bool BusServer::hasRoomFor(uid_t user) const {
+    return std::count_if(m_clients.begin(), m_clients.end(), [user](const Client& client) {
+               return client.peer->user() == user;
+           }) < maxClientsPerUser;
 }
 
 int BusServer::onReap(sd_event_source* /*source*/, void* self) {
     auto* const server = static_cast<BusServer*>(self);
     std::erase_if(server->m_clients, [server](const Client& client) {
-        if (client.peer->hasEnded() && server->m_state.callbackPeer == client.peer.get())
+        if (!client.peer->hasEnded())
+            return false;
+        if (server->m_state.callbackPeer == client.peer.get())
             server->m_state.callbackPeer = nullptr;
-        return client.peer->hasEnded();
+        server->m_agents.forget(*client.peer);
+        return true;
     });
     return 0;
 }

@@ -1,14 +1,17 @@
 #pragma once
 
 #include "base/error.h"
+#include "service/agent_registry.h"
 #include "service/core.h"
 #include "service/daemon_object.h"
 #include "service/listener.h"
 #include "service/log.h"
 #include "service/peer_connection.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
+#include <string>
 #include <sys/types.h>
 #include <systemd/sd-event.h>
 #include <systemd/sd-login.h>
@@ -16,12 +19,12 @@
 
 namespace tamsel {
 
-/// Accepts clients on the listening socket and serves each of them the daemon's object.
+/// Accepts clients on the listening socket and serves each of them the daemon's object and the
+/// agents' registry.
 class BusServer final : private PeerConnection::Owner {
 public:
-    /// Connections at a time; strangers, who cannot do anything anyway, get a few of them only.
-    static constexpr std::size_t maxClients = 64;
-    static constexpr std::size_t maxStrangers = 8;
+    /// Connections of one user at a time, so that no user can crowd out another.
+    static constexpr std::ptrdiff_t maxClientsPerUser = 32;
 
     using Access = std::function<bool(uid_t)>;
 
@@ -34,9 +37,15 @@ public:
     /// Sends a key event to each client that subscribed and whose user may see it now.
     void publish(const KeyEvent& event);
 
+    /// Hands a shell command to a user's agent; false when there is none. Never waits.
+    bool runCommand(uid_t user, const std::string& command) {
+        return m_agents.runCommand(user, command);
+    }
+
 private:
     struct Client {
-        std::unique_ptr<DaemonObject> object; ///< outlives the connection, which calls it
+        std::unique_ptr<DaemonObject> object;          ///< outlives the connection, which calls it
+        std::unique_ptr<AgentRegistryObject> registry; ///< likewise
         std::unique_ptr<PeerConnection> peer;
         bool isPermitted = false; ///< as of the last change of sessions
     };
@@ -48,7 +57,7 @@ private:
     static int onReap(sd_event_source* source, void* self);
     static int onSessionChange(sd_event_source* source, int fd, std::uint32_t events, void* self);
     Result<void> add(UniqueFd socket);
-    bool hasRoomFor(bool isPermitted) const;
+    bool hasRoomFor(uid_t user) const;
     void watchSessions();
 
     sd_event* m_loop;
@@ -56,6 +65,7 @@ private:
     const Log& m_log;
     Access m_access;
     DaemonState m_state;
+    AgentRegistry m_agents;
     sd_login_monitor* m_sessions = nullptr;
     sd_event_source* m_acceptSource = nullptr;
     sd_event_source* m_reapSource = nullptr;

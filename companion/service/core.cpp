@@ -3,20 +3,20 @@
 #include "config/records/cfg_coding.h"
 #include "service/device_choice.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tamsel {
 
-Core::Core(VirtualDevice* output, OrderMemory& memory, std::vector<SeenDeviceInfo> devices,
+Core::Core(VirtualDevice* output, OrderMemory& memory, const std::vector<SeenDeviceInfo>& devices,
            Complain complain)
     : m_output(output),
       m_memory(memory),
-      m_devices(std::move(devices)),
       m_complain(std::move(complain)),
       m_order(memory.load()),
       m_savedOrder(m_order) {
-    for (std::size_t i = m_devices.size(); i-- > 0;)
-        m_engine.addDevice(static_cast<engine::DeviceIndex>(i));
+    for (const SeenDeviceInfo& device : devices)
+        addDevice(device);
 }
 
 Result<void> Core::updateCfg(ByteView encoded) {
@@ -49,25 +49,47 @@ bool Core::stopGrabbing() {
     return true;
 }
 
+engine::DeviceIndex Core::addDevice(SeenDeviceInfo device) {
+    const engine::DeviceIndex index = m_nextIndex++;
+    m_engine.addDevice(index);
+    applySeizure(index, m_devices.emplace(index, std::move(device)).first->second);
+    return index;
+}
+
+void Core::removeDevice(engine::DeviceIndex device) {
+    if (m_devices.erase(device) > 0)
+        write(m_engine.removeDevice(device));
+}
+
 Status Core::status() const {
     const auto text = [this] {
         if (m_isLockedOut || m_order == Order::stop)
             return protocol::status::userStopped;
-        if (!m_output)
+        // Before the driver's word: that it is missing too shows in the flag beside.
+        if (!m_output && m_access.isInputDenied())
+            return protocol::status::tccDenied;
+        if (!isDriverConnected())
             return protocol::status::driverDisconnected;
         return isGrabbing() ? protocol::status::running
                             : protocol::status::driverConnectedNotGrabbing;
     };
-    return {isGrabbing(), m_output != nullptr, text()};
+    return {isGrabbing(), isDriverConnected(), text()};
 }
 
 std::vector<SeenDeviceInfo> Core::seenDevices() const {
-    std::vector<SeenDeviceInfo> devices = m_devices;
-    for (SeenDeviceInfo& device : devices) {
-        device.isAllowed = m_cfg && isChosen(*m_cfg, device);
-        device.isSeized = device.isAllowed && isGrabbing();
+    std::vector<SeenDeviceInfo> entries;
+    for (const auto& [index, device] : m_devices) {
+        const auto isSame = [&device = device](const SeenDeviceInfo& entry) {
+            return entry.vendorID == device.vendorID && entry.productID == device.productID &&
+                   entry.product == device.product && entry.isMouse == device.isMouse;
+        };
+        if (std::any_of(entries.begin(), entries.end(), isSame))
+            continue;
+        SeenDeviceInfo& entry = entries.emplace_back(device);
+        entry.isAllowed = m_cfg && isChosen(*m_cfg, device);
+        entry.isSeized = entry.isAllowed && isGrabbing();
     }
-    return devices;
+    return entries;
 }
 
 std::optional<KeyEvent> Core::handle(const engine::InputEvent& event) {
@@ -77,10 +99,11 @@ std::optional<KeyEvent> Core::handle(const engine::InputEvent& event) {
         m_isLockedOut = true;
         m_complain({"the lock-out chord has stopped remapping"});
     }
-    if (!outcome.report)
+    const auto device = m_devices.find(event.device);
+    if (!outcome.report || device == m_devices.end())
         return std::nullopt;
     return KeyEvent{event.usage, event.edge == engine::Edge::down, outcome.report->action,
-                    outcome.report->outputUsage, isAppleMade(m_devices[event.device])};
+                    outcome.report->outputUsage, isAppleMade(device->second)};
 }
 
 void Core::shutDown() {
@@ -102,11 +125,14 @@ void Core::rememberOrder() {
 }
 
 void Core::applySeizure() {
-    for (std::size_t i = 0; i < m_devices.size(); ++i) {
-        const bool isWanted = isGrabbing() && isChosen(*m_cfg, m_devices[i]);
-        write(m_engine.setSeizure(static_cast<engine::DeviceIndex>(i),
-                                  isWanted ? engine::Seizure::seized : engine::Seizure::watched));
-    }
+    for (const auto& [index, device] : m_devices)
+        applySeizure(index, device);
+}
+
+void Core::applySeizure(engine::DeviceIndex index, const SeenDeviceInfo& device) {
+    const bool isWanted = isGrabbing() && isChosen(*m_cfg, device);
+    write(
+        m_engine.setSeizure(index, isWanted ? engine::Seizure::seized : engine::Seizure::watched));
 }
 
 void Core::write(engine::Outputs outputs) {

@@ -5,10 +5,12 @@
 #include "config/records/records.h"
 #include "daemon/protocol/daemon_protocol.h"
 #include "engine/engine.h"
+#include "io/access_report.h"
 #include "io/virtual_device.h"
 #include "service/order_memory.h"
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -35,9 +37,9 @@ public:
     /// cannot be written); never with a key.
     using Complain = std::function<void(const Error&)>;
 
-    /// `output` is null while the virtual input driver is not connected; it and `memory` outlive
-    /// the core. An event's device is an index into `devices`.
-    Core(VirtualDevice* output, OrderMemory& memory, std::vector<SeenDeviceInfo> devices,
+    /// Without an `output` nothing is seized; it and `memory` outlive the core. `devices` get the
+    /// indexes from 0.
+    Core(VirtualDevice* output, OrderMemory& memory, const std::vector<SeenDeviceInfo>& devices,
          Complain complain);
 
     /// On failure the last good configuration stays. The error may quote the configuration.
@@ -49,7 +51,15 @@ public:
     /// Releases every device and forgets the lock-out. Always true.
     bool stopGrabbing();
 
+    /// A further device; its index is never given to another one.
+    engine::DeviceIndex addDevice(SeenDeviceInfo device);
+    /// The device is gone; what it holds is released.
+    void removeDevice(engine::DeviceIndex device);
+    /// What keeps the daemon from the machine's devices. An `output` speaks for itself.
+    void setAccess(const AccessReport& access) { m_access = access; }
+
     Status status() const;
+    /// In order of their indexes; several devices of one identity and kind are one entry.
     std::vector<SeenDeviceInfo> seenDevices() const;
 
     /// The next event of a device, in order of time. What a key viewer is to see of it, if
@@ -61,13 +71,17 @@ public:
 
 private:
     bool isGrabbing() const;
+    bool isDriverConnected() const { return m_output || m_access.uinput == NodeAccess::ok; }
     void rememberOrder();
     void applySeizure();
+    void applySeizure(engine::DeviceIndex index, const SeenDeviceInfo& device);
     void write(engine::Outputs outputs);
 
     VirtualDevice* m_output;
     OrderMemory& m_memory;
-    std::vector<SeenDeviceInfo> m_devices;
+    std::map<engine::DeviceIndex, SeenDeviceInfo> m_devices;
+    engine::DeviceIndex m_nextIndex = 0;
+    AccessReport m_access;
     Complain m_complain;
     engine::Engine m_engine;
     std::optional<Cfg> m_cfg;

@@ -1,17 +1,13 @@
 #include "service/listener.h"
 
-#include "daemon/protocol/socket_path.h"
 #include "io/private_folder.h"
 
 #include <cerrno>
-#include <cstddef>
-#include <cstring>
 #include <fcntl.h>
 #include <string_view>
 #include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -19,8 +15,6 @@ namespace tamsel {
 
 namespace {
 
-constexpr std::string_view pathPrefix = "unix:path=";
-constexpr std::string_view abstractPrefix = "unix:abstract=";
 constexpr std::string_view systemFolder = "/run/tamsel";
 constexpr mode_t privateSocket = 0600;
 /// The system daemon serves whoever sits at the machine; each caller is checked by its identity.
@@ -35,33 +29,16 @@ std::string folderOf(const std::string& path) {
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-/// The kernel's form of a name; a leading NUL makes it abstract. Its length is the return value,
-/// 0 when the name is too long.
-socklen_t fill(sockaddr_un& address, const std::string& name) {
-    if (name.size() >= sizeof address.sun_path)
-        return 0;
-    address.sun_family = AF_UNIX;
-    std::memcpy(address.sun_path, name.data(), name.size());
-    const bool isAbstract = name.front() == '\0';
-    return static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size() +
-                                  (isAbstract ? 0 : 1));
-}
-
-UniqueFd newSocket() {
-    return UniqueFd(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-}
-
-Result<UniqueFd> bindAndListen(const std::string& name, const std::string& place) {
-    sockaddr_un address{};
-    const socklen_t length = fill(address, name);
-    if (length == 0)
-        return fail("the socket's name is too long", place);
+Result<UniqueFd> bindAndListen(const SocketName& name) {
+    const std::string& place = name.text;
+    const auto address = kernelAddress(name);
+    if (!address)
+        return tl::unexpected(address.error());
     UniqueFd socket = newSocket();
     // Nobody else may connect between bind() and chmod().
     const mode_t before = ::umask(0177);
     const bool isBound =
-        socket.isOpen() &&
-        ::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), length) == 0;
+        socket.isOpen() && ::bind(socket.get(), address->get(), address->length) == 0;
     const int error = errno;
     ::umask(before);
     errno = error;
@@ -78,7 +55,9 @@ Result<void> requireOwnFolder(const std::string& folder) {
     struct stat info {};
     if (::stat(folder.c_str(), &info) != 0)
         return systemError("the folder cannot be used", folder);
-    if (info.st_uid != ::geteuid())
+    // The system's folder for everybody's files keeps strangers from replacing ours.
+    const bool isSharedTemporary = info.st_uid == 0 && (info.st_mode & S_ISVTX) != 0;
+    if (info.st_uid != ::geteuid() && !isSharedTemporary)
         return fail("the socket's folder belongs to another user", folder);
     return {};
 }
@@ -104,12 +83,11 @@ Result<void> removeStaleSocket(const std::string& path) {
         return errno == ENOENT ? Result<void>() : systemError("cannot be looked at", path);
     if (!S_ISSOCK(info.st_mode))
         return fail("is in the way: not a socket", path);
-    sockaddr_un address{};
-    const socklen_t length = fill(address, path);
+    const auto address = kernelAddress({path, SocketName::Kind::file});
+    if (!address)
+        return tl::unexpected(address.error());
     const UniqueFd probe = newSocket();
-    if (length == 0 ||
-        ::connect(probe.get(), reinterpret_cast<const sockaddr*>(&address), length) == 0 ||
-        errno != ECONNREFUSED)
+    if (::connect(probe.get(), address->get(), address->length) == 0 || errno != ECONNREFUSED)
         return fail("somebody is listening there", path);
     if (::unlink(path.c_str()) != 0)
         return systemError("the old socket cannot be removed", path);
@@ -119,19 +97,10 @@ Result<void> removeStaleSocket(const std::string& path) {
 } // namespace
 
 Result<Listener> Listener::open(const std::string& address) {
-    const std::string_view view = address;
-    const bool isAbstract = view.starts_with(abstractPrefix);
-    // One rule for a value's escapes and end, whatever its key.
-    const std::string name = protocol::socketFile(
-        isAbstract ? std::string(pathPrefix) + address.substr(abstractPrefix.size()) : address);
-    if (name.find('\0') != std::string::npos)
-        return fail("the address has a NUL in it");
-    if (isAbstract && !name.empty())
-        return openAbstract(name);
-    if (!isAbstract && !name.empty() && name.front() == '/' && name.back() != '/')
-        return openFile(name);
-    return fail("is not an address to listen at (unix:path=/... or unix:abstract=...)",
-                address.empty() ? "the daemon's address" : address);
+    const auto name = socketName(address);
+    if (!name)
+        return tl::unexpected(name.error());
+    return name->kind == SocketName::Kind::file ? openFile(name->text) : openAbstract(*name);
 }
 
 Result<Listener> Listener::openFile(const std::string& path) {
@@ -143,7 +112,7 @@ Result<Listener> Listener::openFile(const std::string& path) {
         return tl::unexpected(held.error());
     if (auto removed = removeStaleSocket(path); !removed)
         return tl::unexpected(removed.error());
-    auto socket = bindAndListen(path, path);
+    auto socket = bindAndListen({path, SocketName::Kind::file});
     if (!socket)
         return tl::unexpected(socket.error());
     Listener listener;
@@ -155,8 +124,8 @@ Result<Listener> Listener::openFile(const std::string& path) {
     return listener;
 }
 
-Result<Listener> Listener::openAbstract(const std::string& name) {
-    auto socket = bindAndListen('\0' + name, name);
+Result<Listener> Listener::openAbstract(const SocketName& name) {
+    auto socket = bindAndListen(name);
     if (!socket)
         return tl::unexpected(socket.error());
     Listener listener;

@@ -2,6 +2,7 @@
 
 #include "base/error.h"
 #include "io/unique_fd.h"
+#include "service/socket_name.h"
 
 #include <string>
 #include <sys/types.h>
@@ -28,7 +29,7 @@ private:
     Listener() = default;
 
     static Result<Listener> openFile(const std::string& path);
-    static Result<Listener> openAbstract(const std::string& name);
+    static Result<Listener> openAbstract(const SocketName& name);
 
     UniqueFd m_socket;
     UniqueFd m_lock;

@@ -9,9 +9,9 @@
 
 namespace tamsel {
 
-Log Log::system() {
+Log Log::system(const char* category) {
     const bool hasJournal = ::access("/run/systemd/journal/socket", W_OK) == 0;
-    return Log(hasJournal ? Target::journal : Target::standardError);
+    return {hasJournal ? Target::journal : Target::standardError, category};
 }
 
 void Log::info(const std::string& text) const {
@@ -25,7 +25,7 @@ void Log::error(const std::string& text) const {
 void Log::write(int priority, const std::string& text) const {
     if (m_target == Target::journal) {
         ::sd_journal_send("MESSAGE=%s", text.c_str(), "PRIORITY=%d", priority,
-                          "SUBSYSTEM=app.tamsel", "CATEGORY=daemon", nullptr);
+                          "SUBSYSTEM=app.tamsel", "CATEGORY=%s", m_category, nullptr);
         return;
     }
     const std::time_t now = std::time(nullptr);

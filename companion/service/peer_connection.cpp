@@ -8,7 +8,7 @@ namespace {
 
 constexpr const char* localInterface = "org.freedesktop.DBus.Local";
 /// What a message costs beside its payload, about.
-constexpr std::size_t messageOverhead = 256;
+constexpr std::size_t messageOverhead = 192;
 /// More calls than can arrive together with the end of an authentication.
 constexpr int maxFirstCalls = 2048;
 

@@ -17,8 +17,8 @@ namespace tamsel {
 /// is dropped.
 class PeerConnection final {
 public:
-    static constexpr std::uint64_t maxQueuedMessages = 4096;
-    static constexpr std::size_t maxQueuedBytes = std::size_t{1024} * 1024;
+    static constexpr std::uint64_t maxQueuedMessages = 8192;
+    static constexpr std::size_t maxQueuedBytes = std::size_t{2} * 1024 * 1024;
 
     class Owner {
     public:

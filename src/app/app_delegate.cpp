@@ -1,21 +1,37 @@
 #include "app/app_delegate.h"
 
+#include "app/launch_at_login_mgr.h"
 #include "config/default_config.h"
 #include "config/storage_mgr.h"
+#include "daemon/daemon_mgr.h"
 #include "daemon/daemon_xpc_client.h"
+#include "driver/system_extension_mgr.h"
 #include "log/logger.h"
+#include "platform/main_queue.h"
 
 namespace tamsel {
 
 void AppDelegate::applicationDidFinishLaunching() {
-    m_logger.info(QStringLiteral("[AppDelegate] applicationDidFinishLaunching"));
-    m_daemon.connect();
-    m_daemon.sendConfig(withDefaults(m_storage.load()));
+    Logger& logger = m_managers.logger;
+    logger.info(QStringLiteral("[AppDelegate] applicationDidFinishLaunching"));
+    m_managers.launchAtLogin.runFirstLaunchStep();
+    logger.info(QStringLiteral("[AppDelegate] 準備加載 DriverKit 擴展..."));
+    m_managers.queue.async(this, [this] {
+        m_managers.logger.info(QStringLiteral("[AppDelegate] 調用 loadExtension..."));
+        m_managers.sysExtMgr.loadExtension();
+    });
+    m_managers.queue.async(this, [this] { setupDaemon(); });
+}
+
+void AppDelegate::setupDaemon() {
+    m_managers.daemonMgr.registerServices();
+    m_managers.daemon.connect();
+    m_managers.daemon.sendConfig(withDefaults(m_managers.storage.load()));
 }
 
 void AppDelegate::applicationWillTerminate() {
-    m_daemon.disconnect();
-    m_logger.info(QStringLiteral("[AppDelegate] App 退出，XPC 已斷開"));
+    m_managers.daemon.disconnect();
+    m_managers.logger.info(QStringLiteral("[AppDelegate] App 退出，XPC 已斷開"));
 }
 
 } // namespace tamsel

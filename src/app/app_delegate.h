@@ -1,25 +1,45 @@
 #pragma once
 
+#include <QObject>
+
 namespace tamsel {
 
+class DaemonMgr;
 class DaemonXPCClient;
+class LaunchAtLoginMgr;
 class Logger;
+class MainQueue;
 class StorageMgr;
+class SystemExtensionMgr;
+
+/// The managers that a start and an end of the program concern; all outlive the delegate.
+struct AppManagers {
+    MainQueue& queue;
+    Logger& logger;
+    StorageMgr& storage;
+    DaemonXPCClient& daemon;
+    DaemonMgr& daemonMgr;
+    SystemExtensionMgr& sysExtMgr;
+    LaunchAtLoginMgr& launchAtLogin;
+};
 
 /// The program's spine: what happens at its start and at its end. Main thread.
-class AppDelegate final {
-public:
-    AppDelegate(DaemonXPCClient& daemon, StorageMgr& storage, Logger& logger)
-        : m_daemon(daemon), m_storage(storage), m_logger(logger) {}
+class AppDelegate final : public QObject {
+    Q_OBJECT
 
-    /// The window is up: connect to the daemon and send it the configuration.
+public:
+    explicit AppDelegate(AppManagers managers, QObject* parent = nullptr)
+        : QObject(parent), m_managers(managers) {}
+
+    /// The window is up: the login item at the first launch, the driver, the services, then the
+    /// connection to the daemon and the configuration.
     void applicationDidFinishLaunching();
     void applicationWillTerminate();
 
 private:
-    DaemonXPCClient& m_daemon;
-    StorageMgr& m_storage;
-    Logger& m_logger;
+    void setupDaemon();
+
+    AppManagers m_managers;
 };
 
 } // namespace tamsel

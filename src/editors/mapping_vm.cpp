@@ -51,7 +51,7 @@ void MappingVM::reload() {
 QString MappingVM::addMapping() {
     Cfg cfg = m_storage.load();
     cfg.mappings.insert(cfg.mappings.begin(), KeyMapping{freshId(), true});
-    const QString id = QString::fromStdString(cfg.mappings.front().id);
+    QString id = QString::fromStdString(cfg.mappings.front().id);
     commit(cfg);
     return id;
 }

@@ -3,6 +3,8 @@
 #include <QDateTime>
 #include <QStringList>
 
+#include <algorithm>
+
 namespace tamsel {
 
 namespace {
@@ -83,9 +85,10 @@ QString Logger::formattedText() const {
     const QTimeZone zone = m_clock.timeZone();
     QStringList lines;
     lines.reserve(m_recentLogs.size());
-    for (auto entry = m_recentLogs.crbegin(); entry != m_recentLogs.crend(); ++entry)
-        lines << icon(entry->level) + u' ' + formatted(entry->timestamp, zone) + u' ' +
-                     entry->message;
+    const auto render = [&](const LogEntry& entry) {
+        lines << icon(entry.level) + u' ' + formatted(entry.timestamp, zone) + u' ' + entry.message;
+    };
+    std::for_each(m_recentLogs.crbegin(), m_recentLogs.crend(), render);
     return lines.join(u'\n');
 }
 

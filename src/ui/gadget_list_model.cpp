@@ -108,7 +108,11 @@ void GadgetListModel::connectSource() {
             metaObject()->method(metaObject()->indexOfSlot("refresh()"));
         if (m_list.hasNotifySignal())
             m_notify = connect(m_source, m_list.notifySignal(), this, refreshSlot);
-        m_death = connect(m_source, &QObject::destroyed, this, [this] { setSource(nullptr); });
+        m_death = connect(m_source, &QObject::destroyed, this, [this] {
+            // m_source is null by now.
+            connectSource();
+            Q_EMIT sourceChanged();
+        });
     }
     endResetModel();
     Q_EMIT countChanged();

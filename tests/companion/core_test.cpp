@@ -192,6 +192,53 @@ TEST_F(CoreTest, withoutADriverNothingIsSeized) {
     EXPECT_EQ(statusText(), word::userStopped);
 }
 
+TEST_F(CoreTest, tellsWhatKeepsItFromTheMachine) {
+    using enum NodeAccess;
+    m_core = makeCore(nullptr);
+    const std::tuple<AccessReport, bool, std::string_view> cases[] = {
+        {{noNode, noNode}, false, word::driverDisconnected},
+        {{noAccess, ok}, false, word::driverDisconnected},
+        {{notInGroupYet, ok}, false, word::driverDisconnected},
+        {{noAccess, noAccess}, false, word::tccDenied},
+        {{ok, notInGroupYet}, true, word::tccDenied},
+        {{ok, noAccess}, true, word::tccDenied},
+        {{ok, noNode}, true, word::driverConnectedNotGrabbing},
+        {{ok, ok}, true, word::driverConnectedNotGrabbing},
+    };
+    ASSERT_TRUE(m_core->updateCfg(encoded({})));
+    for (const auto& [access, isConnected, text] : cases) {
+        m_core->setAccess(access);
+        EXPECT_EQ(m_core->status(), (Status{false, isConnected, text}));
+    }
+    EXPECT_FALSE(m_core->startGrabbing()) << "without an output nothing is seized";
+    m_core->stopGrabbing();
+    EXPECT_EQ(m_core->status(), (Status{false, true, word::userStopped}));
+}
+
+TEST_F(CoreTest, devicesComeAndGo) {
+    ASSERT_TRUE(m_core->updateCfg(encoded(capsIsControl())));
+    const auto late = m_core->addDevice(device(3, "Late", false));
+    EXPECT_EQ(late, 4U);
+    EXPECT_EQ(devices(), "ss-ss") << "seized like the others";
+    press(late, 57);
+    m_core->removeDevice(late);
+    EXPECT_EQ(m_output.taken(), "224d 224u ");
+    EXPECT_EQ(devices(), "ss-s");
+    EXPECT_FALSE(press(late, 57));
+    m_core->removeDevice(late);
+    m_core->removeDevice(99);
+
+    const auto again = m_core->addDevice(device(3, "Late", false));
+    const auto twin = m_core->addDevice(device(3, "Late", false));
+    EXPECT_EQ(again, late + 1) << "an index is never used twice";
+    EXPECT_EQ(devices(), "ss-ss") << "twins are one entry";
+    m_core->removeDevice(again);
+    EXPECT_EQ(devices(), "ss-ss");
+    EXPECT_TRUE(press(twin, 4));
+    m_core->addDevice(device(3, "Late", true));
+    EXPECT_EQ(devices(), "ss-ss-") << "the other kind is another entry";
+}
+
 TEST_F(CoreTest, troubleIsReportedOnceAndChangesNoAnswer) {
     m_memory.isBroken = true;
     ASSERT_TRUE(m_core->updateCfg(encoded(capsIsControl())));

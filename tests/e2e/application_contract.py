@@ -190,5 +190,4 @@ class ApplicationContract(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    harness.start_main_loop()
     unittest.main(verbosity=2)

@@ -67,9 +67,9 @@ class Window:
                 pass  # the control went away meanwhile
         return found
 
-    def find(self, role=None, name=None, index=0, timeout=10):
+    def find(self, role=None, name=None, index=0, timeout=10, showing=True):
         def found():
-            nodes = self.all(role, name)
+            nodes = self.all(role, name, showing)
             return nodes[index] if len(nodes) > index else None
         try:
             return wait_until(found, f"{role} “{name}”", timeout)
@@ -82,8 +82,8 @@ class Window:
     def describe(self):
         return [(node.get_role_name(), node.get_name()) for node in self.all() if node.get_name()]
 
-    def press(self, role, name, index=0):
-        node = self.find(role, name, index)
+    def press(self, role, name, index=0, showing=True):
+        node = self.find(role, name, index, showing=showing)
         wait_until(lambda: act(node), f"{role} “{name}” to take a press")
         return node
 
@@ -96,14 +96,9 @@ class Window:
 
 def act(node):
     """Runs the control's press, toggle or first action."""
-    actions = node.get_action_iface()
-    if actions is None or actions.get_n_actions() == 0:
-        return False
-    names = [actions.get_action_name(i) for i in range(actions.get_n_actions())]
-    for wanted in ("Press", "Toggle", "press", "toggle"):
-        if wanted in names:
-            return actions.do_action(names.index(wanted))
-    return actions.do_action(0)
+    names = [Atspi.Action.get_action_name(node, i) for i in range(Atspi.Action.get_n_actions(node))]
+    wanted = [name for name in ("Press", "Toggle") if name in names] or names
+    return bool(wanted) and Atspi.Action.do_action(node, names.index(wanted[0]))
 
 
 def focus_window():

@@ -113,11 +113,40 @@ def wait_for_line(process, text, count=1, timeout=10.0):
         raise AssertionError(f"{error}; the log: {log_lines(process)}") from None
 
 
-def start_main_loop():
-    """GDBus delivers incoming calls on the default context; a thread of its own runs it."""
-    loop = GLib.MainLoop()
-    threading.Thread(target=loop.run, daemon=True).start()
-    return loop
+class LoopThread:
+    """A thread with a main loop of its own, apart from the default one, which the accessibility
+    library uses from the test's thread."""
+
+    def __init__(self):
+        self.context = GLib.MainContext.new()
+        ready = threading.Event()
+        threading.Thread(target=self._run, args=(ready,), daemon=True).start()
+        ready.wait()
+
+    def _run(self, ready):
+        self.context.push_thread_default()
+        ready.set()
+        GLib.MainLoop.new(self.context, False).run()
+
+    def call(self, function):
+        """Runs the function on the loop's thread and waits for it."""
+        done = threading.Event()
+        failures = []
+
+        def run(*_):
+            try:
+                function()
+            except Exception as error:  # handed to the caller
+                failures.append(error)
+            done.set()
+            return False
+
+        source = GLib.idle_source_new()
+        source.set_callback(run)
+        source.attach(self.context)
+        done.wait()
+        if failures:
+            raise failures[0]
 
 
 class StandInDaemon:
@@ -141,7 +170,8 @@ class StandInDaemon:
         self.connections = []
         self.accepts = True
         self.error = None
-        self._listen()
+        self.loop = LoopThread()
+        self.loop.call(self._listen)
 
     def _listen(self):
         path = self.address.removeprefix("unix:path=")
@@ -162,7 +192,7 @@ class StandInDaemon:
         if self.error:
             invocation.return_dbus_error("app.tamsel.Error", self.error)
         elif method == "updateCfg":
-            self.configs.append(bytes(arguments.unpack()[0]))
+            self.configs.append(arguments.get_child_value(0).get_data_as_bytes().get_data())
             invocation.return_value(GLib.Variant("(b)", (self.accepts,)))
         elif method == "getStatus":
             invocation.return_value(GLib.Variant("(bbs)", (True, True, "RUNNING")))
@@ -174,13 +204,17 @@ class StandInDaemon:
             invocation.return_value(GLib.Variant("(b)", (True,)))
 
     def die(self):
+        self.loop.call(self._close)
+
+    def _close(self):
         self.server.stop()
         for connection in self.connections:
-            connection.close_sync(None)
+            if not connection.is_closed():
+                connection.close_sync(None)
         self.connections.clear()
 
     def come_back(self):
-        self._listen()
+        self.loop.call(self._listen)
 
     def ask_app(self, method, arguments=None, reply=None):
         return self.connections[-1].call_sync(

@@ -62,8 +62,8 @@ class TheWindow(unittest.TestCase):
 
     def choose_key(self, window, field, key):
         window.press("combo box", field)
-        window.press("menu item", key)
-        window.gone("menu item", key)
+        window.press("list item", key, showing=False)  # entries out of sight are there, too
+        window.gone("list item", key)
 
     def test_a_mapping_made_in_the_window_rewrites_keys(self):
         daemon = SimulatedDaemon(self.sandbox)
@@ -72,7 +72,7 @@ class TheWindow(unittest.TestCase):
         daemon.rewrites(57, 57)
         window = Window(app)
         window.press("page tab", "Mapping")
-        window.press("button", "Add Mapping")
+        window.press("push button", "Add Mapping")
         self.choose_key(window, "From: Choose a key", "caps_lock")
         self.choose_key(window, "To: Choose a key", "left_control")
         window.find("combo box", "From: caps_lock")
@@ -93,7 +93,7 @@ class TheWindow(unittest.TestCase):
         window.press("check box", "caps_lock to left_control")
         wait_for_line(app, SENT, 6)
         daemon.rewrites(57, 57)
-        window.press("button", "Delete caps_lock to left_control")
+        window.press("push button", "Delete caps_lock to left_control")
         wait_for_line(app, SENT, 7)
         self.assertEqual(plistlib.loads(self.sandbox.stored())["mappings"], [])
 
@@ -103,7 +103,7 @@ class TheWindow(unittest.TestCase):
         daemon.rewrites(57, 224)
         mapping, = plistlib.loads(self.sandbox.stored())["mappings"]
         self.assertRegex(mapping["id"], r"^[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$")
-        window.find("button", "Delete caps_lock to left_control")
+        window.find("push button", "Delete caps_lock to left_control")
         self.assertEqual([line for line in harness.log_lines(app) if not line.startswith("[")], [],
                          "the toolkit printed warnings")
 
@@ -115,7 +115,7 @@ class TheWindow(unittest.TestCase):
         wait_for_line(app, SENT)
         focus_window()
         type_keys("2")
-        window.find("button", "Add Mapping")
+        window.find("push button", "Add Mapping")
         type_keys("a")
         window.find("combo box", "From: Choose a key")
         # The new row's first field has the focus: its menu opens, typing filters, Return takes.
@@ -178,5 +178,4 @@ class TheWindow(unittest.TestCase):
 
 if __name__ == "__main__":
     desktop.run_in_desktop()
-    harness.start_main_loop()
     unittest.main(verbosity=2)

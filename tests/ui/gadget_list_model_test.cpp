@@ -53,7 +53,7 @@ using testing::IsEmpty;
 
 /// A view: keeps its own copy of the rows by the model's signals alone, and notes them.
 struct View : QObject {
-    explicit View(GadgetListModel& model) : model(model) {
+    explicit View(GadgetListModel& shown) : model(shown) {
         for (int row = 0; row < model.rowCount(); ++row)
             names.append(nameAt(row));
         connect(&model, &QAbstractItemModel::rowsInserted, this,

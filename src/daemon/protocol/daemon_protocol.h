@@ -2,6 +2,7 @@
 
 #include "base/bytes.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -72,6 +73,8 @@ public:
 namespace protocol {
 
 inline constexpr std::string_view serviceName = "app.tamsel.daemon";
+/// The account of the system-wide daemon.
+inline constexpr const char* systemUser = "tamsel";
 
 inline constexpr const char* daemonPath = "/app/tamsel/daemon";
 inline constexpr const char* daemonInterface = "app.tamsel.TamselDaemonProtocol";
@@ -100,6 +103,13 @@ inline constexpr Method getSeenDevices{"getSeenDevices", "", "ay"};
 inline constexpr Method onKeyEvent{"onKeyEvent", "ubyub", ""};
 inline constexpr Method requestClipboardText{"requestClipboardText", "", "bs"};
 inline constexpr Method openURL{"openURL", "sd", "b"};
+
+/// On the daemon's object: the caller is its user's agent from now on.
+inline constexpr Method registerAgent{"register", "", "b"};
+/// On the agent's object: true when the command was started.
+inline constexpr Method runCommand{"runCommand", "s", "b"};
+/// The longest command in bytes: with its end, what the kernel takes as one argument of a program.
+inline constexpr std::size_t maxCommandSize = std::size_t{128} * 1024 - 1;
 
 /// State words of getStatus; any other text is a message to show as it stands.
 namespace status {

@@ -60,11 +60,11 @@ bool systemUnitInstalled() {
 }
 
 std::string userRuntimeFolder() {
-    if (const std::string folder = environment("XDG_RUNTIME_DIR"); !folder.empty())
+    if (std::string folder = environment("XDG_RUNTIME_DIR"); !folder.empty())
         return folder;
     // A bare login without a session manager has no runtime folder; a private one under /tmp
     // stands in, unless somebody else has taken its name.
-    const std::string folder = "/tmp/tamsel-runtime-" + std::to_string(::getuid());
+    std::string folder = "/tmp/tamsel-runtime-" + std::to_string(::getuid());
     struct stat info {};
     if (::lstat(folder.c_str(), &info) == 0 &&
         (!S_ISDIR(info.st_mode) || info.st_uid != ::getuid() || (info.st_mode & 077U) != 0))

@@ -14,10 +14,11 @@ public:
         answerBool("updateCfg", std::move(reply));
     }
     void getStatus(StatusReply reply) override {
-        call("getStatus", [reply] { reply(true, true, "RUNNING"); });
+        call("getStatus", [reply = std::move(reply)] { reply(true, true, "RUNNING"); });
     }
     void getVersion(std::function<void(std::string)> reply) override {
-        call("getVersion", [reply, version = m_daemon.version] { reply(version); });
+        call("getVersion",
+             [reply = std::move(reply), version = m_daemon.version] { reply(version); });
     }
     void stopGrabbing(BoolReply reply) override { answerBool("stopGrabbing", std::move(reply)); }
     void startGrabbing(BoolReply reply) override { answerBool("startGrabbing", std::move(reply)); }
@@ -28,7 +29,8 @@ public:
         answerBool("unsubscribeKeyViewer", std::move(reply));
     }
     void getSeenDevices(std::function<void(Bytes)> reply) override {
-        call("getSeenDevices", [reply, devices = m_daemon.seenDevices] { reply(devices); });
+        call("getSeenDevices",
+             [reply = std::move(reply), devices = m_daemon.seenDevices] { reply(devices); });
     }
 
 private:
@@ -36,7 +38,7 @@ private:
         m_connection.call(method, m_onError, std::move(answer));
     }
     void answerBool(const char* method, BoolReply reply) {
-        call(method, [reply, answer = m_daemon.boolReply] { reply(answer); });
+        call(method, [reply = std::move(reply), answer = m_daemon.boolReply] { reply(answer); });
     }
 
     FakeDaemonConnection& m_connection;

@@ -32,7 +32,7 @@ public:
 
 private:
     struct Async {
-        bool hasContext;
+        bool hasContext = false;
         QPointer<QObject> context;
         std::function<void()> task;
     };

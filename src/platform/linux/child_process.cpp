@@ -37,17 +37,17 @@ QList<QByteArray> environmentForChild() {
     return out;
 }
 
-int exitStatus(pid_t pid) {
+} // namespace
+
+int reapChild(qint64 pid) {
     int status = 0;
-    if (::waitpid(pid, &status, 0) != pid)
+    if (::waitpid(static_cast<pid_t>(pid), &status, 0) != pid)
         return -1;
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-} // namespace
-
-Result<qint64> startDetachedChild(const QString& program, const QStringList& arguments,
-                                  QObject* context, std::function<void(int status)> done) {
+Result<qint64> spawnChild(const QString& program, const QStringList& arguments,
+                          int standardOutput) {
     QList<QByteArray> words{QFile::encodeName(program)};
     for (const QString& argument : arguments)
         words << argument.toUtf8();
@@ -56,7 +56,10 @@ Result<qint64> startDetachedChild(const QString& program, const QStringList& arg
     posix_spawn_file_actions_t streams;
     posix_spawn_file_actions_init(&streams);
     posix_spawn_file_actions_addopen(&streams, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&streams, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    if (standardOutput < 0)
+        posix_spawn_file_actions_addopen(&streams, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    else
+        posix_spawn_file_actions_adddup2(&streams, standardOutput, STDOUT_FILENO);
     posix_spawn_file_actions_addopen(&streams, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
@@ -76,7 +79,15 @@ Result<qint64> startDetachedChild(const QString& program, const QStringList& arg
     posix_spawnattr_destroy(&attributes);
     if (failure != 0)
         return fail(std::strerror(failure), program.toStdString());
+    return pid;
+}
 
+Result<qint64> startDetachedChild(const QString& program, const QStringList& arguments,
+                                  QObject* context, std::function<void(int status)> done) {
+    auto started = spawnChild(program, arguments);
+    if (!started)
+        return started;
+    const auto pid = static_cast<pid_t>(*started);
     const int pidFd = static_cast<int>(::syscall(SYS_pidfd_open, pid, 0));
     if (pidFd < 0)
         return pid; // still running, only its end goes unnoticed
@@ -86,7 +97,7 @@ Result<qint64> startDetachedChild(const QString& program, const QStringList& arg
                      [notifier, pid, done = std::move(done)] {
                          notifier->setEnabled(false);
                          notifier->deleteLater();
-                         done(exitStatus(pid));
+                         done(reapChild(pid));
                      });
     return pid;
 }

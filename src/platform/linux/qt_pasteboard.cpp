@@ -12,7 +12,7 @@ namespace tamsel {
 namespace {
 
 constexpr std::chrono::milliseconds readTimeout{2000};
-constexpr qsizetype maxTextBytes = 16 * 1024 * 1024;
+constexpr qsizetype maxTextBytes = qsizetype{16} * 1024 * 1024;
 
 } // namespace
 

@@ -29,22 +29,22 @@ T.Button {
 
     implicitWidth: leftPadding + implicitContentWidth + rightPadding
     implicitHeight: Theme.controlHeight
-    leftPadding: 15
+    leftPadding: keyHint ? 14 : 15
     rightPadding: keyHint ? 11 : 15
     enabled: !busy
     hoverEnabled: true
     Accessible.name: text
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.onPressAction: if (enabled) button.clicked()
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
 
     contentItem: Row {
         spacing: 8
 
-        Loader {
+        Spinner {
             anchors.verticalCenter: parent.verticalCenter
-            active: button.busy
-            visible: active
-            sourceComponent: Spinner { color: button.ink }
+            visible: button.busy
+            color: button.ink
         }
         Icon {
             anchors.verticalCenter: parent.verticalCenter

@@ -8,7 +8,7 @@ IconImage {
     property int size: Theme.iconRow
 
     source: symbol ? Qt.resolvedUrl("../icons/" + symbol + ".svg") : ""
-    sourceSize: Qt.size(size, size)
+    sourceSize { width: size; height: size }
     width: size
     height: size
     color: Theme.textMuted

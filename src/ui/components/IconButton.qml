@@ -12,8 +12,10 @@ T.Button {
     implicitHeight: Theme.controlHeight
     hoverEnabled: true
     Accessible.name: text
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.onPressAction: if (enabled) button.clicked()
+    Accessible.ignored: !visible
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
 
     contentItem: Item {
         Icon {

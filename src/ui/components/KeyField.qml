@@ -2,7 +2,7 @@ import QtQuick
 import Tamsel
 
 // A key of a mapping in one outline: the selector, and at its right the controls in `trailing`.
-Item {
+FocusScope {
     id: field
 
     required property string role
@@ -14,8 +14,7 @@ Item {
     signal picked(int code)
 
     function focusSelector(reason: int): void {
-        if (loader.item)
-            loader.item.forceActiveFocus(reason);
+        selector.forceActiveFocus(reason);
     }
 
     implicitHeight: Theme.fieldHeight
@@ -27,7 +26,7 @@ Item {
         border { width: 1; color: field.readOnly ? Theme.border : Theme.borderStrong }
 
         FocusRing {
-            visible: loader.item?.activeFocus ?? false
+            visible: selector.activeFocus || selector.menuOpen
             gap: 1
         }
     }
@@ -41,19 +40,18 @@ Item {
         text: field.keyName
         color: Theme.textMuted
         Accessible.name: qsTr("%1: %2").arg(field.role).arg(field.keyName)
+        Accessible.ignored: !visible
     }
 
-    Loader {
-        id: loader
+    KeySelector {
+        id: selector
         height: parent.height
         width: parent.width - trailingRow.width
-        active: !field.readOnly
-        sourceComponent: KeySelector {
-            role: field.role
-            keyCode: field.keyCode
-            keyName: field.keyName
-            onPicked: code => field.picked(code)
-        }
+        visible: !field.readOnly
+        role: field.role
+        keyCode: field.keyCode
+        keyName: field.keyName
+        onPicked: code => field.picked(code)
     }
 
     Row {

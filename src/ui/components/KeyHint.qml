@@ -7,7 +7,7 @@ Rectangle {
 
     property string key
     property color ink: Theme.textMuted
-    property color outline: Theme.borderStrong
+    property color outline: Theme.borderFaint
 
     implicitWidth: Theme.keyHint
     implicitHeight: Theme.keyHint

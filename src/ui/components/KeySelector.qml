@@ -1,74 +1,69 @@
 import QtQuick
-import QtQuick.Templates as T
 import Tamsel
 
-// Chooses one key of the catalogue: shows its name and opens the menu of all.
-T.AbstractButton {
+// Chooses one key of the catalogue: shows its name and opens the menu of all. An Item, not a
+// button template, which would tell assistive technology that it is a push button.
+Item {
     id: selector
 
     // What the key is for, as "From".
     required property string role
     required property int keyCode
     required property string keyName
-    // Leaves room for a button of the same outline at the right.
-    property int trailingPadding: 12
 
+    readonly property bool menuOpen: menu.item !== null
     readonly property string shownName: keyName || qsTr("Choose a key")
 
     signal picked(int code)
 
+    function openMenu(): void {
+        forceActiveFocus(Qt.OtherFocusReason);
+        if (!menuOpen)
+            menu.setSource(Qt.resolvedUrl("KeySelectorMenu.qml"),
+                           { owner: selector, keyCode: keyCode });
+    }
+
     implicitHeight: Theme.fieldHeight
-    leftPadding: 13
-    rightPadding: trailingPadding
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
+    activeFocusOnTab: true
     Accessible.role: Accessible.ComboBox
     Accessible.name: qsTr("%1: %2").arg(role).arg(shownName)
-    Accessible.editable: false
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.focusable: true
+    Accessible.ignored: !visible
+    Accessible.onPressAction: openMenu()
+    Keys.onSpacePressed: openMenu()
+    Keys.onReturnPressed: openMenu()
+    Keys.onEnterPressed: openMenu()
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Down && event.modifiers & Qt.AltModifier) {
             event.accepted = true;
-            click();
+            openMenu();
         }
     }
-    onClicked: menu.active = true
 
-    contentItem: Item {
-        Label {
-            id: name
-            anchors.verticalCenter: parent.verticalCenter
-            width: chevron.x - 8
-            type: selector.keyName ? Theme.mono : Theme.body
-            text: selector.shownName
-            color: selector.keyName ? Theme.text : Theme.textMuted
-            Accessible.ignored: true
-        }
-        Icon {
-            id: chevron
-            anchors.verticalCenter: parent.verticalCenter
-            x: parent.width - width
-            symbol: "chevron.down"
-            size: Theme.iconSmall
-        }
+    TapHandler { onTapped: selector.openMenu() }
+    HoverHandler { id: hover }
+
+    KeySelectorFace {
+        id: face
+        anchors { fill: parent; leftMargin: 13; rightMargin: 12 }
+        keyName: selector.keyName
+        placeholder: selector.shownName
     }
 
     Tooltip {
         owner: selector
         text: selector.keyName
-        wanted: name.truncated && !menu.active && (selector.hovered || selector.visualFocus)
+        wanted: face.truncated && !selector.menuOpen && (hover.hovered || selector.activeFocus)
     }
 
-    Loader {
-        id: menu
-        active: false
-        sourceComponent: KeySelectorMenu {
-            owner: selector
-            keyCode: selector.keyCode
-            onPicked: code => selector.picked(code)
-            // Not at once: the menu still runs its own closing.
-            onClosed: Qt.callLater(() => menu.active = false)
+    Loader { id: menu }
+
+    Connections {
+        target: menu.item as KeySelectorMenu
+        function onPicked(code: int): void { selector.picked(code); }
+        function onClosed(): void {
+            menu.source = "";
+            selector.forceActiveFocus(Qt.OtherFocusReason);
         }
     }
 }

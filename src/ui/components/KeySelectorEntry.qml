@@ -12,6 +12,7 @@ T.ItemDelegate {
     hoverEnabled: true
     focusPolicy: Qt.NoFocus
     Accessible.role: Accessible.ListItem
+    Accessible.onPressAction: clicked()
     Accessible.name: text
     Accessible.selectable: true
     Accessible.selected: current

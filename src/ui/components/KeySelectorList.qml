@@ -10,6 +10,16 @@ ListView {
 
     signal picked(int code)
 
+    // Shows only the keys whose names have this text. Without its model meanwhile: it may be
+    // making an entry that is about to go.
+    function narrow(text: string): void {
+        model = null;
+        KeyCatalogue.filter = text;
+        model = KeyCatalogue;
+        currentIndex = count > 0 ? 0 : -1;
+        positionViewAtBeginning();
+    }
+
     function chooseCurrent(): void {
         if (currentIndex >= 0)
             picked(KeyCatalogue.codeAt(currentIndex));
@@ -31,7 +41,7 @@ ListView {
         id: section
         required property string section
 
-        width: list.width
+        width: parent ? parent.width : 0
         height: Theme.menuSectionHeight
 
         Rectangle {
@@ -56,11 +66,13 @@ ListView {
         required property int code
         required property string name
 
-        width: list.width
+        readonly property KeySelectorList view: ListView.view as KeySelectorList
+
+        width: view ? view.width : 0
         text: name
-        current: code === list.keyCode
-        highlighted: index === list.currentIndex
-        onClicked: list.picked(code)
+        current: view && code === view.keyCode
+        highlighted: ListView.isCurrentItem
+        onClicked: view.picked(code)
     }
 
     Label {

@@ -12,8 +12,9 @@ T.Popup {
     signal picked(int code)
 
     function choose(code: int): void {
-        menu.close();
+        // In this order: closed, the menu is on its way out.
         menu.picked(code);
+        menu.close();
     }
 
     // Below its owner where it fits or where there is more room, else above.
@@ -40,44 +41,11 @@ T.Popup {
         place();
         open();
     }
-    onOpened: {
-        list.currentIndex = Math.max(0, KeyCatalogue.indexOf(menu.keyCode));
-        list.positionViewAtIndex(list.currentIndex, ListView.Center);
-        filter.forceActiveFocus(Qt.PopupFocusReason);
-    }
+    onOpened: (contentItem as KeySelectorPanel).start()
 
-    contentItem: FocusScope {
-        TextField {
-            id: filter
-            x: 7
-            y: 7
-            width: parent.width - 14
-            height: Theme.controlHeight
-            focus: true
-            symbol: "search"
-            placeholderText: qsTr("Search keys")
-            onTextEdited: {
-                KeyCatalogue.filter = text;
-                list.currentIndex = list.count > 0 ? 0 : -1;
-                list.positionViewAtBeginning();
-            }
-            Keys.onUpPressed: list.decrementCurrentIndex()
-            Keys.onDownPressed: list.incrementCurrentIndex()
-            Keys.onReturnPressed: list.chooseCurrent()
-            Keys.onEnterPressed: list.chooseCurrent()
-            Keys.onPressed: event => {
-                if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
-                    event.accepted = true;
-                    list.currentIndex = event.key === Qt.Key_Home ? 0 : list.count - 1;
-                }
-            }
-        }
-        KeySelectorList {
-            id: list
-            anchors { fill: parent; topMargin: 43 }
-            keyCode: menu.keyCode
-            onPicked: code => menu.choose(code)
-        }
+    contentItem: KeySelectorPanel {
+        keyCode: menu.keyCode
+        onPicked: code => menu.choose(code)
     }
 
     background: Rectangle {

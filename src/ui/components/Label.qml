@@ -5,11 +5,13 @@ import Tamsel
 Text {
     property TextStyle type: Theme.body
 
-    font: type.font
+    font: Theme.font(type)
     lineHeight: type.lineHeight
     lineHeightMode: Text.FixedHeight
     color: Theme.text
     elide: Text.ElideRight
     textFormat: Text.PlainText
     verticalAlignment: Text.AlignVCenter
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
 }

@@ -14,7 +14,6 @@ T.ScrollBar {
     contentItem: Rectangle {
         implicitWidth: 6
         radius: width / 2
-        color: Theme.borderStrong
-        opacity: bar.pressed ? 1 : 0.55
+        color: bar.pressed ? Theme.borderStrong : Theme.borderFaint
     }
 }

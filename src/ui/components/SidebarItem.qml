@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Tamsel
 
-T.AbstractButton {
+// A tab button for its accessible role; the selection is its owner's.
+T.TabButton {
     id: item
 
     property string symbol
@@ -13,14 +14,16 @@ T.AbstractButton {
 
     implicitHeight: Theme.sidebarItemHeight
     hoverEnabled: true
+    checkable: false
     // One Tab stop for the whole list; Up and Down move inside it.
     focusPolicy: selected ? Qt.StrongFocus : Qt.ClickFocus
     Accessible.role: Accessible.PageTab
+    Accessible.onPressAction: clicked()
     Accessible.name: text
     Accessible.selectable: true
     Accessible.selected: selected
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: item.clicked()
+    Keys.onEnterPressed: item.clicked()
 
     contentItem: Item {
         Rectangle {
@@ -41,7 +44,7 @@ T.AbstractButton {
         }
         Label {
             x: 46
-            width: hint.x - x - 8
+            width: parent.width - x - Theme.keyHint - 18
             anchors.verticalCenter: parent.verticalCenter
             type: item.selected ? Theme.sidebarSelected : Theme.sidebar
             text: item.text
@@ -49,12 +52,11 @@ T.AbstractButton {
             Accessible.ignored: true
         }
         KeyHint {
-            id: hint
             x: parent.width - width - 10
             anchors.verticalCenter: parent.verticalCenter
             key: item.keyHint
             ink: item.selected ? Theme.accent : Theme.textMuted
-            outline: item.selected ? Theme.accent : Theme.borderStrong
+            outline: item.selected ? Theme.accent : Theme.borderFaint
         }
     }
 

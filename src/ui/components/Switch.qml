@@ -9,13 +9,21 @@ T.Switch {
 
     readonly property bool touched: hovered || activeFocus
 
+    function flip(): void {
+        toggle();
+        toggled();
+    }
+
     implicitWidth: Theme.switchSize.width
     implicitHeight: Theme.switchSize.height
     hoverEnabled: true
     Accessible.role: Accessible.CheckBox
     Accessible.name: text
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    // The template's own actions change the look alone, without the signal.
+    Accessible.onPressAction: flip()
+    Accessible.onToggleAction: flip()
+    Keys.onReturnPressed: control.flip()
+    Keys.onEnterPressed: control.flip()
 
     indicator: Rectangle {
         implicitWidth: Theme.switchSize.width

@@ -14,7 +14,7 @@ T.TextField {
     implicitHeight: Theme.fieldHeight
     leftPadding: symbol ? 36 : 12
     rightPadding: 12
-    font: Theme.body.font
+    font: Theme.font(Theme.body)
     color: enabled ? Theme.text : Theme.textDisabled
     selectionColor: Theme.accentFill
     selectedTextColor: Theme.textOnAccent

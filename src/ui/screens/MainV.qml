@@ -9,7 +9,7 @@ Window {
     required property MappingVM mapping
     required property ConnectionVM connection
 
-    // Plain keys are commands only where nobody is typing; a menu has its filter focused.
+    // Plain keys are commands only where nobody is typing; an open menu has its filter focused.
     readonly property bool plainKeys: !(activeFocusItem instanceof TextInput
                                         || activeFocusItem instanceof TextEdit)
 
@@ -25,12 +25,34 @@ Window {
             page.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
     }
 
+    function showPage(): void {
+        switch (main.selected) {
+        case MainVM.Dashboard:
+            pages.setSource("dash/DashV.qml", { connection: root.connection });
+            break;
+        case MainVM.Mapping:
+            pages.setSource("mapping/MappingV.qml", { mapping: root.mapping });
+            break;
+        default:
+            pages.setSource("later/LaterV.qml", { title: sidebar.title });
+        }
+    }
+
+    component PageShortcut: Shortcut {
+        required property MainVM main
+        required property int page
+
+        sequence: String(page + 1)
+        onActivated: main.selected = page
+    }
+
     title: qsTr("Tamsel")
     width: 1000
     height: 700
     minimumWidth: 820
     minimumHeight: 620
     color: Theme.windowBg
+    Component.onCompleted: showPage()
 
     Binding {
         target: Theme
@@ -47,18 +69,15 @@ Window {
         enabled: root.plainKeys
         onActivated: root.main.add()
     }
-    Instantiator {
-        model: sidebar.entries
-        delegate: Shortcut {
-            required property int index
-            sequence: String(index + 1)
-            enabled: root.plainKeys
-            onActivated: root.main.selected = index
-        }
-    }
+    PageShortcut { page: MainVM.Dashboard; main: root.main; enabled: root.plainKeys }
+    PageShortcut { page: MainVM.Mapping; main: root.main; enabled: root.plainKeys }
+    PageShortcut { page: MainVM.Combo; main: root.main; enabled: root.plainKeys }
+    PageShortcut { page: MainVM.Devices; main: root.main; enabled: root.plainKeys }
+    PageShortcut { page: MainVM.About; main: root.main; enabled: root.plainKeys }
 
     Connections {
         target: root.main
+        function onSelectedChanged(): void { root.showPage(); }
         function onAddRequested(): void { (pages.item as Page).addRequested(); }
     }
 
@@ -73,20 +92,5 @@ Window {
     Loader {
         id: pages
         anchors { fill: parent; leftMargin: sidebar.width }
-        sourceComponent: root.main.selected === MainVM.Dashboard ? dash
-                       : root.main.selected === MainVM.Mapping ? mappings : later
-    }
-
-    Component {
-        id: dash
-        DashV { connection: root.connection }
-    }
-    Component {
-        id: mappings
-        MappingV { mapping: root.mapping }
-    }
-    Component {
-        id: later
-        LaterV { title: sidebar.entries[root.main.selected].title }
     }
 }

@@ -6,32 +6,34 @@ FocusScope {
 
     required property MainVM model
 
-    readonly property list<QtObject> entries: [
-        SidebarEntry {
-            page: MainVM.Dashboard
-            title: qsTr("Dash")
-            symbol: "gauge.with.dots.needle.bottom.50percent"
-        },
-        SidebarEntry { page: MainVM.Mapping; title: qsTr("Mapping"); symbol: "keyboard" },
-        SidebarEntry { page: MainVM.Combo; title: qsTr("Combo"); symbol: "command.square" },
-        SidebarEntry { page: MainVM.Devices; title: qsTr("Devices"); symbol: "cable.connector" },
-        SidebarEntry { page: MainVM.About; title: qsTr("About"); symbol: "info.circle" }
-    ]
+    // The title of the screen that is shown.
+    readonly property string title: (items.children[model.selected] as SidebarItem).text
 
-    component SidebarEntry: QtObject {
+    // One entry; the digit that chooses it is its place.
+    component Entry: SidebarItem {
+        id: entry
+        required property MainVM main
         required property int page
-        required property string title
-        required property string symbol
+
+        width: parent.width
+        keyHint: String(page + 1)
+        selected: main.selected === page
+        onClicked: main.selected = page
     }
 
     // Gives the keyboard to the entry of the screen that is shown.
     function focusSelected(reason: int): void {
-        items.itemAt(model.selected).forceActiveFocus(reason);
+        items.children[model.selected].forceActiveFocus(reason);
     }
 
-    function focusNeighbour(index: int): void {
-        items.itemAt(Math.min(Math.max(index, 0), items.count - 1))
-             .forceActiveFocus(Qt.TabFocusReason);
+    function moveFocus(step: int): void {
+        for (let place = 0; place < items.children.length; ++place) {
+            const next = items.children[place + step];
+            if (items.children[place].activeFocus && next) {
+                next.forceActiveFocus(Qt.TabFocusReason);
+                return;
+            }
+        }
     }
 
     Rectangle {
@@ -49,7 +51,7 @@ FocusScope {
     Image {
         x: 20
         y: 19
-        sourceSize: Qt.size(Theme.logo, Theme.logo)
+        sourceSize { width: Theme.logo; height: Theme.logo }
         source: Qt.resolvedUrl("../icons/sidebar-logo.svg")
         Accessible.ignored: true
     }
@@ -61,6 +63,7 @@ FocusScope {
     }
 
     Column {
+        id: items
         x: Theme.sidebarPadding
         y: 68
         width: parent.width - 2 * x - 1
@@ -68,24 +71,38 @@ FocusScope {
         Accessible.role: Accessible.PageTabList
         Accessible.name: qsTr("Screens")
 
-        Repeater {
-            id: items
-            model: sidebar.entries
+        Keys.onUpPressed: sidebar.moveFocus(-1)
+        Keys.onDownPressed: sidebar.moveFocus(1)
 
-            SidebarItem {
-                id: item
-                required property SidebarEntry modelData
-                required property int index
-
-                width: parent.width
-                text: modelData.title
-                symbol: modelData.symbol
-                keyHint: index + 1
-                selected: sidebar.model.selected === modelData.page
-                onClicked: sidebar.model.selected = modelData.page
-                Keys.onUpPressed: sidebar.focusNeighbour(index - 1)
-                Keys.onDownPressed: sidebar.focusNeighbour(index + 1)
-            }
+        Entry {
+            main: sidebar.model
+            page: MainVM.Dashboard
+            text: qsTr("Dash")
+            symbol: "gauge.with.dots.needle.bottom.50percent"
+        }
+        Entry {
+            main: sidebar.model
+            page: MainVM.Mapping
+            text: qsTr("Mapping")
+            symbol: "keyboard"
+        }
+        Entry {
+            main: sidebar.model
+            page: MainVM.Combo
+            text: qsTr("Combo")
+            symbol: "command.square"
+        }
+        Entry {
+            main: sidebar.model
+            page: MainVM.Devices
+            text: qsTr("Devices")
+            symbol: "cable.connector"
+        }
+        Entry {
+            main: sidebar.model
+            page: MainVM.About
+            text: qsTr("About")
+            symbol: "info.circle"
         }
     }
 }

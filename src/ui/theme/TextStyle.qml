@@ -1,18 +1,10 @@
 import QtQuick
-import Tamsel
 
-// One entry of the type scale; sizes in pixels.
+// One entry of the type scale; sizes in pixels. Imports no singleton, so that the theme can be made
+// of these.
 QtObject {
-    id: style
-
     required property int size
     required property int lineHeight
     property int weight: Font.Normal
-    property string family: Theme.sansFamily
-
-    readonly property font font: Qt.font({
-        family: style.family,
-        pixelSize: style.size,
-        weight: style.weight
-    })
+    property bool mono: false
 }

@@ -5,8 +5,6 @@ import Tamsel
 
 // Every colour, type size and measure of the window. Lengths are device-independent pixels.
 QtObject {
-    id: theme
-
     // Qt 6.4 has no colour-scheme property; the palette follows the desktop and tells of changes.
     readonly property SystemPalette systemPalette: SystemPalette {}
     readonly property bool dark: systemPalette.window.hslLightness < 0.5
@@ -54,15 +52,25 @@ QtObject {
     readonly property color capText: dark ? "#F1F2F4" : "#1E2124"
     readonly property color tooltipBg: dark ? "#ECEDEF" : "#2A2D31"
     readonly property color tooltipText: dark ? "#1E2124" : "#FFFFFF"
+    // Outlines that only decorate.
+    readonly property color borderFaint: Qt.alpha(borderStrong, 0.55)
     readonly property color scrim: dark ? Qt.rgba(0, 0, 0, 0.6)
                                         : Qt.rgba(20 / 255, 22 / 255, 24 / 255, 0.45)
     readonly property color none: "transparent"
 
-    readonly property list<string> families: Qt.fontFamilies()
-    readonly property string sansFamily:
-        families.includes("Inter") ? "Inter" : Qt.application.font.family
-    readonly property string monoFamily:
-        families.includes("JetBrains Mono") ? "JetBrains Mono" : "monospace"
+    // Scripts that these families lack come from the system's own fallback.
+    readonly property var families: Qt.fontFamilies()
+    readonly property string sansFamily: families.includes("Inter") ? "Inter" : "sans-serif"
+    readonly property string monoFamily: families.includes("JetBrains Mono") ? "JetBrains Mono"
+                                                                             : "monospace"
+
+    function font(style: TextStyle): font {
+        return Qt.font({
+            family: style.mono ? monoFamily : sansFamily,
+            pixelSize: style.size,
+            weight: style.weight
+        });
+    }
 
     readonly property TextStyle title: TextStyle { size: 20; lineHeight: 26; weight: Font.DemiBold }
     readonly property TextStyle hero: TextStyle { size: 18; lineHeight: 24; weight: Font.DemiBold }
@@ -90,7 +98,7 @@ QtObject {
     readonly property TextStyle pill: TextStyle { size: 11; lineHeight: 14; weight: Font.DemiBold }
     readonly property TextStyle hint: TextStyle { size: 11; lineHeight: 14; weight: Font.Medium }
     readonly property TextStyle mono: TextStyle {
-        size: 12; lineHeight: 16; family: theme.monoFamily
+        size: 12; lineHeight: 16; mono: true
     }
 
     readonly property int pagePadding: compact ? 20 : 28

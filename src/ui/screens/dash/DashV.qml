@@ -12,7 +12,7 @@ Page {
 
         Rectangle {
             id: tile
-            x: 16
+            x: 1 + Theme.cardPadding
             anchors.verticalCenter: parent.verticalCenter
             width: Theme.heroTile
             height: Theme.heroTile
@@ -35,7 +35,7 @@ Page {
                 rightMargin: 16
                 verticalCenter: parent.verticalCenter
             }
-            spacing: 4
+            spacing: 2
 
             Label {
                 type: Theme.hero

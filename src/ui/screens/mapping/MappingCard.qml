@@ -34,12 +34,14 @@ Card {
             model: card.model
 
             MappingRowV {
-                width: rowColumn.width
-                readOnly: card.readOnly
-                onRemoveRequested: control => card.removeRequested(row.id, control)
-                onToggled: on => card.toggled(row.id, on)
-                onFromPicked: code => card.fromPicked(row.id, code)
-                onToPicked: code => card.toPicked(row.id, code)
+                readonly property MappingCard owner: parent ? parent.parent as MappingCard : null
+
+                width: parent ? parent.width : 0
+                readOnly: owner && owner.readOnly
+                onRemoveRequested: control => owner.removeRequested(row.id, control)
+                onToggled: on => owner.toggled(row.id, on)
+                onFromPicked: code => owner.fromPicked(row.id, code)
+                onToPicked: code => owner.toPicked(row.id, code)
             }
         }
     }

@@ -8,6 +8,8 @@ FocusScope {
     enum Control { From, To, Delete, Switch }
 
     required property mappingRow row
+    required property int fromCode
+    required property int toCode
     required property int index
     property bool readOnly: false
 
@@ -71,7 +73,7 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.ceil(line.room / 2)
             role: qsTr("From")
-            keyCode: view.row.fromCode
+            keyCode: view.fromCode
             keyName: view.row.fromName
             readOnly: view.readOnly
             onPicked: code => view.fromPicked(code)
@@ -90,7 +92,7 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.floor(line.room / 2)
             role: qsTr("To")
-            keyCode: view.row.toCode
+            keyCode: view.toCode
             keyName: view.row.toName
             readOnly: view.readOnly
             onPicked: code => view.toPicked(code)
@@ -104,7 +106,7 @@ FocusScope {
                 id: remove
                 visible: !view.readOnly
                 symbol: "delete"
-                text: qsTr("Delete mapping %1").arg(view.title)
+                text: qsTr("Delete %1").arg(view.title)
                 onClicked: view.removeRequested(MappingRowV.Delete)
             }
         }

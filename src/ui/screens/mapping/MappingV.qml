@@ -77,6 +77,7 @@ Page {
             text: qsTr("Built-in · %1").arg(builtInRows.count)
             color: Theme.textMuted
             Accessible.role: Accessible.Heading
+            Accessible.ignored: !visible
         }
     }
 

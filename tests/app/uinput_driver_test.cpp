@@ -1,0 +1,294 @@
+#include "platform/linux/uinput_driver.h"
+
+#include "platform/linux/qt_main_queue.h"
+#include "platform/linux/thread_background_queue.h"
+#include "platform/linux/unmanaged_driver.h"
+
+#include <QDir>
+#include <QEventLoop>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <grp.h>
+#include <unistd.h>
+
+namespace tamsel {
+
+namespace {
+
+using Kind = SystemExtensionRequest::Kind;
+
+const QString driverId = QStringLiteral("app.tamsel.driver.virtualhid");
+const QString rule = QStringLiteral("/etc/udev/rules.d/60-tamsel-uinput.rules");
+const QString packagedRule = QStringLiteral("/usr/lib/udev/rules.d/60-tamsel-uinput.rules");
+
+const auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
+const auto forGroup = ownerOnly | QFile::ReadGroup | QFile::WriteGroup;
+const auto executable = ownerOnly | QFile::ExeOwner;
+
+/// Notes what it hears, codes only.
+struct Listener final : SystemExtensionRequestDelegate {
+    QStringList heard;
+    QString text;
+    ReplacementAction answer = ReplacementAction::replace;
+    std::function<void()> onEnd;
+
+    ReplacementAction
+    actionForReplacingExtension(const SystemExtensionRequest&,
+                                const SystemExtensionProperties& installed,
+                                const SystemExtensionProperties& offered) override {
+        heard << "replace " + installed.bundleVersion + ' ' + offered.bundleVersion;
+        return answer;
+    }
+    void requestNeedsUserApproval(const SystemExtensionRequest&) override { heard << "approval"; }
+    void didFinishWithResult(const SystemExtensionRequest&, std::int64_t result) override {
+        heard << QStringLiteral("finished %1").arg(result);
+        onEnd();
+    }
+    void didFailWithError(const SystemExtensionRequest&,
+                          const SystemExtensionError& error) override {
+        EXPECT_EQ(error.domain, systemExtensionErrorDomain);
+        heard << QStringLiteral("failed %1").arg(error.code);
+        text = error.localizedDescription;
+        onEnd();
+    }
+};
+
+} // namespace
+
+/// The driver on a root folder of the test's own, with a stand-in for the authorization program
+/// that notes its words and does what the helper would have done.
+struct UinputDriverTest : testing::Test {
+    QTemporaryDir folder;
+    QtMainQueue queue;
+    ThreadBackgroundQueue background{[] {}};
+    QEventLoop loop;
+    Listener listener;
+    UinputPlaces places{"/opt/helper", QString(::getgrgid(::getgid())->gr_name),
+                        folder.filePath("pkexec"), folder.filePath("root")};
+    int open = 0;
+
+    UinputDriverTest() {
+        listener.onEnd = [this] {
+            if (--open == 0)
+                loop.quit();
+        };
+    }
+    void put(const QString& path, const QByteArray& text, QFile::Permissions mode) {
+        ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
+        QFile file(path);
+        ASSERT_TRUE(file.open(QFile::WriteOnly | QFile::Truncate)) << path.toStdString();
+        file.write(text);
+        file.setPermissions(mode);
+    }
+    void putInRoot(const QString& path, const QByteArray& text) {
+        put(places.root + path, text, ownerOnly);
+    }
+    void run(const std::vector<Kind>& kinds, const QString& identifier = driverId) {
+        UinputDriver driver(queue, background, places);
+        listener.heard.clear();
+        listener.text.clear();
+        open = static_cast<int>(kinds.size());
+        for (const Kind kind : kinds)
+            driver.submit({kind, identifier}, listener);
+        EXPECT_TRUE(listener.heard.isEmpty()) << "submit() returns at once";
+        const TaskHandle limit = queue.after(std::chrono::seconds(20), [this] { loop.quit(); });
+        loop.exec();
+        EXPECT_EQ(open, 0);
+    }
+    QStringList takeCalls() {
+        QFile log(folder.filePath("calls"));
+        if (!log.open(QFile::ReadOnly))
+            return {};
+        const QString text = log.readAll();
+        log.remove();
+        return text.split('\n', Qt::SkipEmptyParts);
+    }
+};
+
+TEST_F(UinputDriverTest, RequestsEndAsTheMachineAndItsUserHaveIt) {
+    enum Node { none, closed, accessible };
+    const QString load = "--disable-internal-agent /opt/helper load";
+    const QString grant = "--disable-internal-agent /opt/helper grant";
+    const QString revoke = "--disable-internal-agent /opt/helper revoke";
+    const QByteArray module = "kernel/drivers/input/misc/uinput.ko.xz:\n";
+    const QByteArray current = "# tamsel-access 1\n";
+    const QByteArray helps = "case $3 in load) : >$node; chmod 600 $node ;;\n"
+                             "grant) chmod 660 $node; echo '# tamsel-access 1' >$rule ;;\n"
+                             "revoke) rm $rule ;; esac\n";
+    struct Case {
+        const char* name;
+        Kind kind;
+        QByteArray modules;
+        Node node;
+        QByteArray installed;
+        QByteArray helper; ///< what the authorization program's stand-in does
+        QStringList calls;
+        QStringList heard;
+    };
+    const auto activation = Kind::activation;
+    const auto deactivation = Kind::deactivation;
+    const std::vector<Case> cases{
+        {"no driver", activation, {}, none, {}, helps, {}, {"failed 4"}},
+        {"another module",
+         activation,
+         "kernel/a/xuinput.ko: kernel/b/uinput.ko\n",
+         none,
+         {},
+         helps,
+         {},
+         {"failed 4"}},
+        {"all missing",
+         activation,
+         module,
+         none,
+         {},
+         helps,
+         {load, grant},
+         {"approval", "finished 0"}},
+        {"only loading",
+         activation,
+         module,
+         none,
+         current,
+         "umask 007; : >$node",
+         {load},
+         {"approval", "finished 0"}},
+        {"no device appears", activation, module, none, {}, "", {load}, {"approval", "failed 1"}},
+        {"no access", activation, {}, closed, {}, helps, {grant}, {"approval", "finished 0"}},
+        {"set up", activation, {}, accessible, current, helps, {}, {"finished 0"}},
+        {"access by another rule", activation, {}, accessible, {}, helps, {}, {"finished 0"}},
+        {"older rule",
+         activation,
+         {},
+         accessible,
+         "# tamsel-access 0.9\n",
+         helps,
+         {grant},
+         {"replace 0.9 1", "approval", "finished 0"}},
+        {"a rule without version",
+         activation,
+         {},
+         closed,
+         "KERNEL==\"x\"\n",
+         helps,
+         {grant},
+         {"replace 0 1", "approval", "finished 0"}},
+        {"after a restart", activation, {}, closed, {}, "", {grant}, {"approval", "finished 1"}},
+        {"not applied", activation, {}, closed, {}, "exit 6", {grant}, {"approval", "finished 1"}},
+        {"dismissed", activation, {}, closed, {}, "exit 126", {grant}, {"approval", "failed 13"}},
+        {"refused", activation, {}, closed, {}, "exit 127", {grant}, {"approval", "failed 10"}},
+        {"stuck", activation, module, none, {}, "exit 11", {load}, {"approval", "failed 11"}},
+        {"not loadable", activation, module, none, {}, "exit 4", {load}, {"approval", "failed 4"}},
+        {"killed", activation, {}, closed, {}, "kill -9 $$", {grant}, {"approval", "failed 1"}},
+        {"remove",
+         deactivation,
+         {},
+         accessible,
+         current,
+         helps,
+         {revoke},
+         {"approval", "finished 0"}},
+        {"nothing to remove", deactivation, {}, none, {}, helps, {}, {"finished 0"}},
+        {"dismissed removal",
+         deactivation,
+         {},
+         closed,
+         current,
+         "exit 126",
+         {revoke},
+         {"approval", "failed 13"}},
+        {"removed in vain",
+         deactivation,
+         {},
+         closed,
+         current,
+         "",
+         {revoke},
+         {"approval", "failed 1"}},
+    };
+    const QString node = places.root + "/dev/uinput";
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        QDir(places.root).removeRecursively();
+        QDir().mkpath(places.root + "/dev");
+        if (!c.modules.isEmpty())
+            putInRoot("/lib/modules/" + kernelRelease() + "/modules.dep", c.modules);
+        if (c.node != none)
+            put(node, {}, c.node == closed ? ownerOnly : forGroup);
+        QDir().mkpath(places.root + "/etc/udev/rules.d");
+        if (!c.installed.isEmpty())
+            putInRoot(rule, c.installed);
+        put(places.authorize,
+            "#!/bin/sh\necho \"$*\" >>" + QFile::encodeName(folder.filePath("calls")) + "\nnode=" +
+                node.toUtf8() + "\nrule=" + (places.root + rule).toUtf8() + "\n" + c.helper + "\n",
+            executable);
+        run({c.kind});
+        EXPECT_EQ(listener.heard, c.heard);
+        EXPECT_EQ(takeCalls(), c.calls);
+        EXPECT_EQ(listener.text.isEmpty(), !c.heard.last().startsWith("failed"));
+    }
+}
+
+TEST_F(UinputDriverTest, WithoutTheMeansTheReasonIsSaid) {
+    run({Kind::activation});
+    EXPECT_EQ(listener.text, "This kernel (" + kernelRelease() +
+                                 ") has no uinput driver, through which Tamsel posts keys. Install "
+                                 "your distribution's complete kernel and restart.");
+    run({Kind::activation}, "com.example.driver");
+    EXPECT_EQ(listener.heard, QStringList{"failed 4"});
+
+    put(places.root + "/dev/uinput", {}, QFile::ReadOwner);
+    run({Kind::activation}); // no authorization program
+    EXPECT_EQ(listener.heard, QStringList{"failed 13"});
+    places.helper.clear();
+    run({Kind::activation});
+    EXPECT_EQ(listener.heard, QStringList{"failed 1"});
+    places.daemonGroup = "no-such-group";
+    run({Kind::activation});
+    EXPECT_EQ(listener.heard, QStringList{"failed 1"}) << "its members can't have access";
+
+    putInRoot(rule, "# tamsel-access 0\n");
+    listener.answer = ReplacementAction::cancel;
+    run({Kind::activation});
+    EXPECT_EQ(listener.heard, (QStringList{"replace 0 1", "failed 1"}));
+}
+
+TEST_F(UinputDriverTest, APackagesRuleCountsUnlessItIsCovered) {
+    put(places.root + "/dev/uinput", {}, forGroup);
+    putInRoot(packagedRule, "# tamsel-access 2\n");
+    EXPECT_EQ(readUinputState(places).installedVersion, "2");
+    QDir().mkpath(places.root + "/etc/udev/rules.d");
+    ASSERT_TRUE(QFile::link("/dev/null", places.root + rule));
+    EXPECT_EQ(readUinputState(places).installedVersion, std::nullopt);
+    QFile::remove(places.root + rule);
+    putInRoot(rule, "# tamsel-access bad version\n");
+    EXPECT_EQ(readUinputState(places).installedVersion, "0");
+    places.daemonGroup.reset();
+    EXPECT_TRUE(readUinputState(places).hasAccess) << "as the user";
+}
+
+TEST_F(UinputDriverTest, RequestsAreServedInTurnAndOutliveTheirListener) {
+    run({Kind::deactivation, Kind::activation, Kind::deactivation});
+    EXPECT_EQ(listener.heard, (QStringList{"finished 0", "failed 4", "finished 0"}));
+
+    UinputDriver driver(queue, background, places);
+    UnmanagedDriver unmanaged(queue);
+    listener.heard.clear();
+    open = 2;
+    {
+        Listener gone;
+        driver.submit({Kind::activation, driverId}, gone);
+        unmanaged.submit({Kind::activation, driverId}, gone);
+    }
+    driver.submit({Kind::deactivation, driverId}, listener);
+    unmanaged.submit({Kind::activation, driverId}, listener);
+    EXPECT_TRUE(listener.heard.isEmpty());
+    const TaskHandle limit = queue.after(std::chrono::seconds(20), [this] { loop.quit(); });
+    loop.exec();
+    EXPECT_EQ(listener.heard, (QStringList{"finished 0", "finished 0"}));
+}
+
+} // namespace tamsel

@@ -1,0 +1,292 @@
+#include "io/device_watch.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tamsel {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+
+constexpr gid_t inputGroup = 4242;
+
+/// Nodes are files: the text says what the device is, the mode's owner bits whether it opens.
+class FileNodes final : public DeviceNodes {
+public:
+    tl::expected<std::vector<SeenDeviceInfo>, int> read(const std::string& path) const override {
+        struct stat info {};
+        if (::stat(path.c_str(), &info) != 0)
+            return tl::unexpected(errno);
+        if ((info.st_mode & S_IRUSR) == 0)
+            return tl::unexpected(EACCES);
+        std::ifstream file(path);
+        std::vector<SeenDeviceInfo> entries;
+        for (std::string name; std::getline(file, name);) {
+            if (name == "broken")
+                return tl::unexpected(EINVAL);
+            if (name != "button")
+                entries.push_back({1, 2, name, "", "usb", false, false, name.starts_with("mouse")});
+        }
+        return entries;
+    }
+    int tryOpen(const std::string& path) const override {
+        struct stat info {};
+        if (::stat(path.c_str(), &info) != 0)
+            return errno;
+        return (info.st_mode & S_IWUSR) != 0 ? 0 : EACCES;
+    }
+    Groups groups() const override { return known; }
+
+    Groups known;
+};
+
+class Sink final : public DeviceSink {
+public:
+    engine::DeviceIndex addDevice(const SeenDeviceInfo& device) override {
+        present[next] = device.product;
+        return next++;
+    }
+    void removeDevice(engine::DeviceIndex device) override { EXPECT_EQ(present.erase(device), 1U); }
+    void accessChanged(const AccessReport& report) override { reports.push_back(report); }
+    void complain(const Error& error) override { complaints.push_back(error.description()); }
+
+    std::vector<std::string> names() const {
+        std::vector<std::string> names;
+        for (const auto& [index, name] : present)
+            names.push_back(name);
+        return names;
+    }
+
+    std::map<engine::DeviceIndex, std::string> present;
+    engine::DeviceIndex next = 0;
+    std::vector<AccessReport> reports;
+    std::vector<std::string> complaints;
+};
+
+class DeviceWatchTest : public testing::Test {
+protected:
+    DeviceWatchTest() { fs::create_directories(m_input); }
+    ~DeviceWatchTest() override { fs::remove_all(m_root); }
+
+    void plug(const std::string& node, const std::string& text, mode_t mode = 0660) const {
+        const fs::path path = m_input / node;
+        std::ofstream(path) << text;
+        permit(path, mode);
+    }
+    static void permit(const fs::path& path, mode_t mode) {
+        ASSERT_EQ(::chmod(path.c_str(), mode), 0);
+        // Without the right to give files away the tests of groups are skipped.
+        (void)!::chown(path.c_str(), static_cast<uid_t>(-1), inputGroup);
+    }
+    void start() { ASSERT_TRUE(m_watch.start()); }
+    std::vector<std::string> names() {
+        m_watch.read();
+        return m_sink.names();
+    }
+    AccessReport report() {
+        m_watch.read();
+        return m_sink.reports.back();
+    }
+
+    fs::path m_root = fs::temp_directory_path() / ("tamsel-watch-" + std::to_string(::getpid()));
+    fs::path m_input = m_root / "input";
+    fs::path m_uinput = m_root / "uinput";
+    FileNodes m_nodes;
+    Sink m_sink;
+    DeviceWatch m_watch{{m_input.string(), m_uinput.string()}, m_nodes, m_sink};
+};
+
+TEST_F(DeviceWatchTest, followsDevicesAsTheyComeAndGo) {
+    plug("event0", "keys\nmouse of keys\n");
+    plug("event1", "button\n");
+    for (const char* const other : {"mouse0", "event", "eventx", "event1.tmp", "js0"})
+        plug(other, "stray\n");
+    start();
+    EXPECT_THAT(names(), ElementsAre("keys", "mouse of keys"));
+    plug("event10", "new keys\n");
+    plug("mouse1", "stray\n");
+    EXPECT_THAT(names(), ElementsAre("keys", "mouse of keys", "new keys"));
+    fs::remove(m_input / "event0");
+    EXPECT_THAT(names(), ElementsAre("new keys"));
+    fs::rename(m_input / "event10", m_input / "event11");
+    EXPECT_THAT(names(), ElementsAre("new keys"));
+    EXPECT_EQ(m_sink.next, 4U) << "no number is given twice";
+    EXPECT_THAT(m_sink.complaints, ElementsAre());
+}
+
+TEST_F(DeviceWatchTest, anotherDeviceUnderAnOldNameIsAnotherDevice) {
+    plug("event0", "keys\n");
+    start();
+    plug("spare", "keys\n");
+    fs::rename(m_input / "spare", m_input / "event0");
+    EXPECT_THAT(names(), ElementsAre("keys"));
+    EXPECT_EQ(m_sink.present.begin()->first, 1U);
+    permit(m_input / "event0", 0600);
+    names();
+    EXPECT_EQ(m_sink.present.begin()->first, 1U) << "new permissions make no new device";
+}
+
+TEST_F(DeviceWatchTest, theFolderMayComeLateAndGo) {
+    fs::remove_all(m_input);
+    start();
+    EXPECT_EQ(report().input, NodeAccess::noNode);
+    for (int round = 0; round < 3; ++round) {
+        fs::create_directory(m_input);
+        plug("event0", "keys\n");
+        EXPECT_THAT(names(), ElementsAre("keys"));
+        plug("event1", "mouse\n");
+        EXPECT_THAT(names(), ElementsAre("keys", "mouse"));
+        EXPECT_EQ(report().input, NodeAccess::ok);
+        if (round == 1)
+            fs::rename(m_input, m_root / "elsewhere");
+        else
+            fs::remove_all(m_input);
+        EXPECT_THAT(names(), ElementsAre());
+        EXPECT_EQ(report().input, NodeAccess::noNode);
+    }
+    std::ofstream(m_root / "elsewhere" / "event7") << "keys\n";
+    EXPECT_THAT(names(), ElementsAre()) << "a folder that was moved away is watched no more";
+}
+
+TEST_F(DeviceWatchTest, looksAgainWhenPermissionsAreSet) {
+    plug("event0", "keys\n", 0);
+    start();
+    EXPECT_THAT(names(), ElementsAre());
+    EXPECT_EQ(report().input, NodeAccess::noAccess);
+    permit(m_input / "event0", 0660);
+    EXPECT_THAT(names(), ElementsAre("keys"));
+    EXPECT_EQ(report().input, NodeAccess::ok);
+    permit(m_input / "event0", 0);
+    EXPECT_THAT(names(), ElementsAre());
+    EXPECT_EQ(report().input, NodeAccess::noAccess);
+}
+
+TEST_F(DeviceWatchTest, reportsWhatKeepsItFromInput) {
+    start();
+    EXPECT_EQ(report().input, NodeAccess::noNode);
+    plug("event0", "button\n");
+    EXPECT_EQ(report().input, NodeAccess::ok);
+    plug("event1", "keys\n", 0060);
+    EXPECT_EQ(report().input, NodeAccess::noAccess) << "a button in reach is not enough";
+    plug("event2", "keys\n");
+    EXPECT_EQ(report().input, NodeAccess::ok) << "a keyboard is";
+    const std::size_t count = m_sink.reports.size();
+    plug("event3", "mouse\n");
+    report();
+    EXPECT_EQ(m_sink.reports.size(), count) << "only changes are told";
+}
+
+TEST_F(DeviceWatchTest, reportsWhatKeepsItFromTheDriver) {
+    start();
+    EXPECT_EQ(report().uinput, NodeAccess::noNode);
+    std::ofstream(m_uinput) << "";
+    permit(m_uinput, 0060);
+    EXPECT_EQ(report().uinput, NodeAccess::noAccess);
+    permit(m_uinput, 0660);
+    EXPECT_EQ(report().uinput, NodeAccess::ok);
+    fs::remove(m_uinput);
+    EXPECT_EQ(report().uinput, NodeAccess::noNode);
+}
+
+TEST_F(DeviceWatchTest, aGrantedGroupNeedsALogin) {
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root gives files to a group it is not in";
+    m_nodes.known = {{100}, {100, inputGroup}};
+    plug("event0", "keys\n", 0060);
+    std::ofstream(m_uinput) << "";
+    permit(m_uinput, 0040);
+    start();
+    EXPECT_EQ(report(), (AccessReport{NodeAccess::noAccess, NodeAccess::notInGroupYet}))
+        << "the driver's node is not writable by its group";
+    permit(m_uinput, 0060);
+    EXPECT_EQ(report().uinput, NodeAccess::notInGroupYet);
+}
+
+TEST_F(DeviceWatchTest, badNodesAreReportedAndTheOthersGoOn) {
+    plug("event0", "broken\n");
+    plug("event1", "keys\n");
+    start();
+    EXPECT_THAT(names(), ElementsAre("keys"));
+    EXPECT_THAT(m_sink.complaints, ElementsAre(testing::HasSubstr("event0")));
+}
+
+TEST_F(DeviceWatchTest, manyNodesAreBounded) {
+    for (std::size_t i = 0; i < DeviceWatch::maxNodes + 20; ++i)
+        plug("event" + std::to_string(i), "keys\n");
+    start();
+    EXPECT_EQ(names().size(), DeviceWatch::maxNodes);
+    EXPECT_EQ(m_sink.complaints.size(), 1U);
+}
+
+TEST_F(DeviceWatchTest, survivesMoreNewsThanTheKernelKeeps) {
+    start();
+    const fs::path node = m_input / "event0";
+    for (int i = 0; i < 12000; ++i) { // the kernel keeps 16384 unless told otherwise
+        std::ofstream(node) << "button\n";
+        fs::remove(node);
+    }
+    plug("event5", "keys\n");
+    for (int i = 0; i < 1000 && m_sink.present.empty(); ++i)
+        m_watch.read();
+    EXPECT_THAT(names(), ElementsAre("keys"));
+}
+
+TEST(AccessReport, whyDenied) {
+    struct Case {
+        mode_t mode;
+        gid_t group;
+        Groups groups;
+        NodeAccess expected;
+    };
+    const Case cases[] = {
+        {0660, 5, {{1}, {1, 5}}, NodeAccess::notInGroupYet},
+        {0660, 5, {{1, 5}, {1, 5}}, NodeAccess::noAccess},
+        {0660, 5, {{1}, {1}}, NodeAccess::noAccess},
+        {0640, 5, {{1}, {1, 5}}, NodeAccess::noAccess},
+        {0600, 5, {{1}, {5}}, NodeAccess::noAccess},
+        {0060, 0, {{}, {}}, NodeAccess::noAccess},
+    };
+    for (const Case& each : cases)
+        EXPECT_EQ(whyDenied(each.mode, each.group, 6, each.groups), each.expected)
+            << std::oct << each.mode;
+}
+
+TEST(AccessReport, thisProcessIsInItsGroups) {
+    EXPECT_THAT(Groups::current().held, testing::Contains(::getegid()));
+}
+
+TEST(UsbManufacturer, isTheNearestUsbDevices) {
+    const fs::path root = fs::temp_directory_path() / ("tamsel-sys-" + std::to_string(::getpid()));
+    const fs::path hub = root / "devices/usb1";
+    const auto put = [](const fs::path& folder, const char* file, const char* text) {
+        fs::create_directories(folder);
+        std::ofstream(folder / file) << text;
+    };
+    const auto link = [&](const char* node, const fs::path& input) {
+        fs::create_directories(input / node);
+        fs::create_directories(root / "class/input" / node);
+        fs::create_directory_symlink(input, root / "class/input" / node / "device");
+    };
+    put(hub, "idVendor", "1d6b\n");
+    put(hub, "manufacturer", "The hub's maker\n");
+    put(hub / "1-1", "idVendor", "046d\n");
+    put(hub / "1-1", "manufacturer", "Keys \xFF Inc.\n");
+    put(hub / "1-2", "idVendor", "046d\n");
+    link("event1", hub / "1-1/1-1:1.0/input/input1");
+    link("event2", hub / "1-2/1-2:1.0/input/input2");
+    link("event3", root / "devices/virtual/input/input3");
+    const std::pair<const char*, const char*> cases[] = {
+        {"event1", "Keys ? Inc."}, {"event2", ""}, {"event3", ""}, {"event4", ""}};
+    for (const auto& [node, maker] : cases)
+        EXPECT_EQ(usbManufacturer(root.string(), node), maker) << node;
+    EXPECT_EQ(usbManufacturer((root / "nowhere").string(), "event1"), "");
+    fs::remove_all(root);
+}
+
+} // namespace
+} // namespace tamsel
