@@ -1,5 +1,5 @@
 """The background services: as units of a systemd that is played here, and as the application's own
-programs with the real daemon."""
+programs."""
 
 import os
 import shutil
@@ -102,8 +102,12 @@ class PlayedSystemd:
         self.connection = Gio.DBusConnection.new_for_address_sync(
             self.address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
             | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+        self.loop = harness.LoopThread()
+        self.loop.call(self._serve)
+
+    def _serve(self):
         manager, unit_interface = Gio.DBusNodeInfo.new_for_xml(self.XML).interfaces
-        self.unit_path = "/org/freedesktop/systemd1/unit/" + unit.replace(".", "_2e")
+        self.unit_path = "/org/freedesktop/systemd1/unit/" + self.unit.replace(".", "_2e")
         self.connection.register_object("/org/freedesktop/systemd1", manager, self._called, None, None)
         self.connection.register_object(
             self.unit_path, unit_interface, None,
@@ -137,7 +141,7 @@ class PlayedSystemd:
         self.asks = False
         if error:
             self.errors[method] = error
-        GLib.idle_add(lambda: self._answer(method, invocation))
+        self.loop.call(lambda: self._answer(method, invocation))
 
     def _answer(self, method, invocation):
         changed = [("symlink", "/a", "/b")]
@@ -345,9 +349,8 @@ class OwnPrograms(unittest.TestCase):
         # Copies, so that what runs them can be told from everything else on this machine.
         self.programs = os.path.join(self.sandbox.folder, "programs")
         os.mkdir(self.programs)
-        shutil.copy2(os.path.join(BUILD, "bin", "tamsel-daemon"), self.programs)
-        shutil.copy2(os.path.join(BUILD, "tests", "lock_holder"),
-                     os.path.join(self.programs, "tamsel-agent"))
+        for program in ("tamsel-daemon", "tamsel-agent"):
+            shutil.copy2(os.path.join(BUILD, "bin", program), self.programs)
         self.socket = os.path.join(self.sandbox.env["XDG_RUNTIME_DIR"], "tamsel", "daemon.sock")
         self.addCleanup(lambda: [os.kill(pid, signal.SIGKILL) for pid in self.running()])
 
@@ -453,6 +456,28 @@ class OwnPrograms(unittest.TestCase):
         probe.quit()
         self.expect_nothing_left()
 
+    def test_the_application_takes_along_what_it_has_started(self):
+        application = os.path.join(self.programs, "tamsel")
+        shutil.copy2(os.path.join(BUILD, "bin", "tamsel"), application)
+        for end in (signal.SIGKILL, signal.SIGTERM):
+            app = self.sandbox.start(application, QT_QPA_PLATFORM="offscreen")
+            harness.wait_for_line(app, RUNNING)
+            harness.wait_for_line(app, "[DaemonXPC] 配置發送成功")
+            app.send_signal(end)
+            app.wait(10 * harness.PATIENCE)
+            # A crash leaves them; the next run finds them and, not having started them, leaves
+            # them as well.
+            self.assertEqual(len(self.running("tamsel-daemon")), 1)
+        self.assertIn(REGISTERED_ALREADY[0], log_lines(app))
+        os.kill(self.serving(), signal.SIGTERM)
+        wait_until(lambda: not self.running("tamsel-daemon"), "the daemon's end")
+        app = self.sandbox.start(application, QT_QPA_PLATFORM="offscreen")
+        harness.wait_for_line(app, "[DaemonXPC] 配置發送成功")
+        app.send_signal(signal.SIGTERM)
+        self.assertEqual(app.wait(10 * harness.PATIENCE), 0)
+        self.assertEqual(self.running("tamsel-daemon"), [])
+        self.assertFalse(os.path.exists(self.socket))
+
     def test_a_daemon_elsewhere_is_left_alone(self):
         probe = Probe(self.sandbox, "/nowhere", TAMSEL_DAEMON_ADDRESS="unix:path=/elsewhere")
         self.addCleanup(probe.close)
@@ -465,5 +490,4 @@ class OwnPrograms(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    harness.start_main_loop()
     unittest.main(verbosity=2)
