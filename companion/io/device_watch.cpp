@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <string_view>
 #include <sys/inotify.h>
@@ -73,14 +72,13 @@ Result<void> DeviceWatch::start() {
 }
 
 void DeviceWatch::read() {
-    alignas(inotify_event) std::array<char, 16384>
-        buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): read() fills it
+    alignas(inotify_event) std::array<char, 16384> buffer{};
     const ssize_t count = ::read(m_inotify.get(), buffer.data(), buffer.size());
     News news;
     for (ssize_t at = 0; at < count;) {
-        inotify_event event{};
-        std::memcpy(&event, buffer.data() + at, sizeof event);
-        take(*reinterpret_cast<const inotify_event*>(buffer.data() + at), news);
+        // The kernel pads the names, so that each event is aligned.
+        const auto& event = *reinterpret_cast<const inotify_event*>(buffer.data() + at);
+        take(event, news);
         at += static_cast<ssize_t>(sizeof event + event.len);
     }
     if (news.isEverything) {

@@ -260,6 +260,23 @@ TEST(AccessReport, thisProcessIsInItsGroups) {
     EXPECT_THAT(Groups::current().held, testing::Contains(::getegid()));
 }
 
+TEST(EvdevNodes, whatIsNoInputDeviceIsAnErrorAndBlocksNobody) {
+    const EvdevNodes nodes("/nowhere");
+    const std::string path =
+        fs::temp_directory_path() / ("tamsel-fifo-" + std::to_string(::getpid()));
+    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    const std::pair<std::string, int> cases[] = {
+        {path, ENOTTY}, {"/dev/null", ENOTTY}, {"/", ENOTTY}, {"/nowhere/event0", ENOENT}};
+    for (const auto& [node, error] : cases) {
+        const auto read = nodes.read(node);
+        ASSERT_FALSE(read) << node;
+        EXPECT_EQ(read.error(), error) << node;
+    }
+    EXPECT_EQ(nodes.tryOpen("/nowhere/uinput"), ENOENT);
+    EXPECT_EQ(nodes.tryOpen("/dev/null"), 0);
+    fs::remove(path);
+}
+
 TEST(UsbManufacturer, isTheNearestUsbDevices) {
     const fs::path root = fs::temp_directory_path() / ("tamsel-sys-" + std::to_string(::getpid()));
     const fs::path hub = root / "devices/usb1";
