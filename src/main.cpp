@@ -85,16 +85,17 @@ int main(int argc, char** argv) {
         return cantStart("the settings can't be opened: " + defaults.error().description());
     const auto address = QString::fromStdString(tamsel::protocol::daemonAddress());
     tamsel::DBusDaemonConnector connector(address, queue);
-    tamsel::ChildProcessRunner processes;
-    tamsel::ThreadBackgroundQueue background([&processes] { processes.stop(); });
     const auto serviceKind = tamsel::LinuxServiceManagement::kindHere();
     tamsel::LinuxServiceManagement services(serviceKind, bundle, queue,
                                             QCoreApplication::applicationFilePath());
-    const auto driver = makeDriver(serviceKind, bundle, queue, background);
 
     tamsel::Logger logger(systemLog, queue, clock, pasteboard);
     if (const QString& aside = (*defaults)->setAside(); !aside.isEmpty())
         logger.warning(QStringLiteral("[UserDefaults] 設定檔已損壞，另存為: ") + aside);
+    // Background work may log to its very end, so its queue ends before the logger.
+    tamsel::ChildProcessRunner processes;
+    tamsel::ThreadBackgroundQueue background([&processes] { processes.stop(); });
+    const auto driver = makeDriver(serviceKind, bundle, queue, background);
     tamsel::StorageMgr storage(**defaults, logger);
     tamsel::DaemonXPCClient daemon(connector, storage,
                                    {queue, clock, pasteboard, workspace, logger});
