@@ -11,6 +11,13 @@
 
 namespace tamsel {
 
+AppDelegate::AppDelegate(AppManagers managers, QObject* parent)
+    : QObject(parent), m_managers(managers) {
+    // The daemon gets a configuration after every reconnect, whoever made it.
+    connect(&managers.daemon, &DaemonXPCClient::reconnectReplaced, this,
+            [this] { m_managers.queue.async(this, [this] { sendStoredConfig(); }); });
+}
+
 void AppDelegate::applicationDidFinishLaunching() {
     Logger& logger = m_managers.logger;
     logger.info(QStringLiteral("[AppDelegate] applicationDidFinishLaunching"));
@@ -26,6 +33,10 @@ void AppDelegate::applicationDidFinishLaunching() {
 void AppDelegate::setupDaemon() {
     m_managers.daemonMgr.registerServices();
     m_managers.daemon.connect();
+    sendStoredConfig();
+}
+
+void AppDelegate::sendStoredConfig() {
     m_managers.daemon.sendConfig(withDefaults(m_managers.storage.load()));
 }
 

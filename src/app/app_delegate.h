@@ -28,8 +28,7 @@ class AppDelegate final : public QObject {
     Q_OBJECT
 
 public:
-    explicit AppDelegate(AppManagers managers, QObject* parent = nullptr)
-        : QObject(parent), m_managers(managers) {}
+    explicit AppDelegate(AppManagers managers, QObject* parent = nullptr);
 
     /// The window is up: the login item at the first launch, the driver, the services, then the
     /// connection to the daemon and the configuration.
@@ -38,6 +37,7 @@ public:
 
 private:
     void setupDaemon();
+    void sendStoredConfig();
 
     AppManagers m_managers;
 };

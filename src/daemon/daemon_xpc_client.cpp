@@ -29,6 +29,7 @@ DaemonXPCClient::~DaemonXPCClient() = default;
 
 void DaemonXPCClient::connect() {
     m_shouldReconnect = true;
+    const bool replacesReconnect = static_cast<bool>(m_reconnectWorkItem);
     m_reconnectWorkItem.cancel();
     if (m_conn)
         return;
@@ -54,6 +55,8 @@ void DaemonXPCClient::connect() {
     m_services.logger.info(QStringLiteral("[DaemonXPC] 已連接到 Daemon"));
     if (m_keyViewerOnEvent)
         resubscribe();
+    if (replacesReconnect)
+        Q_EMIT reconnectReplaced();
 }
 
 void DaemonXPCClient::resubscribe() {
@@ -103,6 +106,7 @@ void DaemonXPCClient::reconnect() {
     if (!m_shouldReconnect)
         return;
     m_conn.reset();
+    m_reconnectWorkItem.cancel();
     connect();
     sendConfig(withDefaults(m_storage.load()));
     m_services.logger.info(QStringLiteral("[DaemonXPC] 已自動重連並重新發送配置"));
@@ -115,8 +119,11 @@ std::shared_ptr<TamselDaemonProtocol> DaemonXPCClient::proxy() {
 }
 
 void DaemonXPCClient::sendConfig(const Cfg& cfg) {
-    if (!m_conn)
+    if (!m_conn) {
+        // What is sent here is what the reconnect would have sent.
+        m_reconnectWorkItem.cancel();
         connect();
+    }
     Logger& logger = m_services.logger;
     const auto remote = proxy();
     if (!remote) {

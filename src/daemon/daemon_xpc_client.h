@@ -65,6 +65,9 @@ signals:
     void configAnswered(bool accepted);
     /// A connection is gone (lost or closed).
     void connectionLost();
+    /// A caller's connect() has taken the place of the pending reconnect, which would have sent
+    /// the configuration.
+    void reconnectReplaced();
 
 private:
     void resubscribe();

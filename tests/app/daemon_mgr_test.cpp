@@ -1,23 +1,12 @@
 #include "daemon/daemon_mgr.h"
 
-#include "platform/bundle.h"
+#include "platform/fake/fake_bundle.h"
 #include "platform/fake/fake_service_management.h"
 #include "support/logic_fixture.h"
 
 namespace tamsel {
 
 namespace {
-
-struct FakeBundle final : Bundle {
-    bool hasDaemon = true;
-
-    std::optional<QString> infoString(const QString&) const override { return std::nullopt; }
-    std::optional<QString> pathForResource(const QString& name,
-                                           const QString& type) const override {
-        return hasDaemon && name == "tamsel-daemon" && type == "app" ? std::optional("/d")
-                                                                     : std::nullopt;
-    }
-};
 
 const ServiceError already{"SMAppServiceErrorDomain", 1, "already"};
 

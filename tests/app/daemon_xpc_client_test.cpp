@@ -85,13 +85,26 @@ TEST_F(DaemonXPCClientTest, WithoutADaemonItTriesEvery1500msUntilItIsThere) {
     EXPECT_EQ(queue.pendingTimers(), 0U);
 }
 
-TEST_F(DaemonXPCClientTest, ConnectDuringTheWaitReplacesTheReconnect) {
+TEST_F(DaemonXPCClientTest, ConnectDuringTheWaitReplacesTheReconnectAndSaysSo) {
+    int replaced = 0;
+    QObject::connect(&client, &DaemonXPCClient::reconnectReplaced, [&] { ++replaced; });
     connectClient();
     loseConnection();
+    client.connect();
     client.connect();
     queue.advance(Milliseconds(5000));
     EXPECT_EQ(daemon.connectionsMade, 2);
     EXPECT_TRUE(daemon.takeCalls().empty()) << "only the reconnect sends the configuration";
+    EXPECT_EQ(replaced, 1);
+
+    // Neither the reconnect itself nor a configuration sent meanwhile needs another one.
+    loseConnection();
+    queue.advance(Milliseconds(1500));
+    loseConnection();
+    client.sendConfig({});
+    queue.advance(Milliseconds(5000));
+    EXPECT_EQ(daemon.takeCalls(), (std::vector<std::string>{"updateCfg", "updateCfg"}));
+    EXPECT_EQ(replaced, 1);
 }
 
 TEST_F(DaemonXPCClientTest, TwoLossesLeaveOneReconnect) {

@@ -9,10 +9,11 @@ import signal
 import socket
 import subprocess
 import sys
+import threading
 import unittest
 
 from harness import (BUILD, DAEMON_INTERFACE, DAEMON_PATH, PATIENCE, Gio, GLib, Sandbox,
-                     start_main_loop, wait_until)
+                     wait_until)
 
 AGENT_PATH, AGENT_INTERFACE = "/app/tamsel/agent", "app.tamsel.TamselAgentProtocol"
 REGISTRY = "app.tamsel.TamselAgentRegistry"
@@ -294,5 +295,6 @@ class AgentTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    start_main_loop()
+    # GDBus delivers calls on the default context.
+    threading.Thread(target=GLib.MainLoop().run, daemon=True).start()
     unittest.main()

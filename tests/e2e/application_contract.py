@@ -85,6 +85,7 @@ class ApplicationContract(unittest.TestCase):
         daemon = self.daemon()
         app = self.sandbox.start_app()
         wait_for_line(app, SENT)
+        wait_until(lambda: "startGrabbing" in daemon.calls, "the driver's order to start")
         for round_number in (2, 3):
             daemon.die()
             wait_for_line(app, "[DaemonXPC] 連接已中斷，清除連接以便自動重連", round_number - 1)
@@ -96,6 +97,18 @@ class ApplicationContract(unittest.TestCase):
         self.assertEqual(len(set(daemon.configs)), 1)
         self.assertEqual(sum("已自動重連並重新發送配置" in line for line in log_lines(app)), 2)
         self.assertEqual(sum("代理錯誤" in line for line in log_lines(app)), 0)
+
+    def test_a_reconnect_made_by_a_caller_sends_the_configuration_once(self):
+        # The order to start, a second after the driver is there, finds the connection lost.
+        daemon = self.daemon()
+        app = self.sandbox.start_app()
+        wait_for_line(app, SENT)
+        daemon.die()
+        daemon.come_back()
+        wait_until(lambda: "startGrabbing" in daemon.calls, "the driver's order to start")
+        wait_for_line(app, SENT, 2)
+        time.sleep(2)  # the reconnect's time passes without another one
+        self.assertEqual(len(daemon.configs), 2)
 
     def test_starts_without_a_daemon_and_finds_it_later(self):
         app = self.sandbox.start_app()

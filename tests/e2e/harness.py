@@ -167,6 +167,7 @@ class StandInDaemon:
     def __init__(self, address):
         self.address = address
         self.configs = []
+        self.calls = []
         self.connections = []
         self.accepts = True
         self.error = None
@@ -189,6 +190,7 @@ class StandInDaemon:
         return True
 
     def _called(self, _connection, _sender, _path, _interface, method, arguments, invocation):
+        self.calls.append(method)
         if self.error:
             invocation.return_dbus_error("app.tamsel.Error", self.error)
         elif method == "updateCfg":
