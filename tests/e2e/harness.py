@@ -101,6 +101,12 @@ def log_lines(process):
                 for line in log]
 
 
+def other_output(process):
+    """What a program wrote that is no log line: warnings of its libraries, say."""
+    with open(process.log, encoding="utf-8", errors="replace") as log:
+        return [line for line in log if not line.startswith("[")]
+
+
 def wait_for_line(process, text, count=1, timeout=10.0):
     def seen():
         if process.poll() is not None:
