@@ -102,8 +102,8 @@ Result<SimulatedDevices> SimulatedDevices::open(const std::string& folder) {
 
 Result<void> SimulatedDevices::read(const std::function<void(const SimulatedLine&)>& take,
                                     const std::function<void(const Error&)>& complain) {
-    std::array<char, 16384>
-        buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): read() fills it
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): read() fills it
+    std::array<char, 16384> buffer;
     const ssize_t count = ::read(m_in.get(), buffer.data(), buffer.size());
     if (count < 0 && (errno == EAGAIN || errno == EINTR))
         return {};

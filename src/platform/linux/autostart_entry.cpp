@@ -13,7 +13,7 @@ namespace tamsel {
 
 namespace {
 
-constexpr qint64 largestEntry = 64 * 1024;
+constexpr qint64 largestEntry = qint64{64} * 1024;
 
 /// A program's path as the first word of an Exec value. Two layers: the word in double quotes with
 /// its four special characters escaped and percent signs doubled, then the escapes of any text

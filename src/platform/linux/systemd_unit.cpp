@@ -52,8 +52,8 @@ QString firstText(const QDBusMessage& reply) {
 
 } // namespace
 
-SystemdUnit::SystemdUnit(const QDBusConnection& bus, QString unit)
-    : m_bus(bus), m_name(std::move(unit)), m_path(pathOfUnit(m_name)) {
+SystemdUnit::SystemdUnit(QDBusConnection bus, QString unit)
+    : m_bus(std::move(bus)), m_name(std::move(unit)), m_path(pathOfUnit(m_name)) {
     if (!hasBus())
         return;
     // Without a sender's name: looking its owner up would block.

@@ -33,7 +33,7 @@ public:
     /// How a job ended: "done", "failed", "canceled", ...; an error reply when none was begun.
     using JobHandler = std::function<void(const QDBusMessage& reply, const QString& result)>;
 
-    SystemdUnit(const QDBusConnection& bus, QString unit);
+    SystemdUnit(QDBusConnection bus, QString unit);
 
     bool hasBus() const { return m_bus.isConnected(); }
     const QString& name() const { return m_name; }
