@@ -17,28 +17,24 @@ std::string actionSignature(const Shortcut& shortcut) {
 
 std::vector<KeyMapping> uncoveredDefaultMappings(const std::vector<KeyMapping>& mappings) {
     std::unordered_set<std::uint32_t> caught;
-    for (const KeyMapping& mapping : mappings) {
+    for (const KeyMapping& mapping : mappings)
         caught.insert(mapping.from.keyCode);
-    }
     std::vector<KeyMapping> uncovered;
     for (const KeyMapping& builtIn : defaultMappings()) {
-        if (caught.count(builtIn.from.keyCode) == 0) {
+        if (caught.count(builtIn.from.keyCode) == 0)
             uncovered.push_back(builtIn);
-        }
     }
     return uncovered;
 }
 
 std::vector<Shortcut> uncoveredDefaultShortcuts(const std::vector<Shortcut>& shortcuts) {
     std::unordered_set<std::string> signatures;
-    for (const Shortcut& shortcut : shortcuts) {
+    for (const Shortcut& shortcut : shortcuts)
         signatures.insert(actionSignature(shortcut));
-    }
     std::vector<Shortcut> uncovered;
     for (const Shortcut& builtIn : defaultShortcuts()) {
-        if (signatures.count(actionSignature(builtIn)) == 0) {
+        if (signatures.count(actionSignature(builtIn)) == 0)
             uncovered.push_back(builtIn);
-        }
     }
     return uncovered;
 }

@@ -79,30 +79,25 @@ tl::unexpected<Error> overBudget(const Place& place) {
 Result<PlistObject> CfgDecoder::member(const PlistObject& container, std::size_t index,
                                        const Place& place) const {
     Result<PlistObject> object = m_reader.member(container, index);
-    if (!object) {
+    if (!object)
         return failAt(std::move(object.error()), place);
-    }
     return object;
 }
 
 Result<void> CfgDecoder::expect(const PlistObject& object, PlistKind kind, const Place& place) {
-    if (object.kind != kind) {
+    if (object.kind != kind)
         return wrongKindAt(kind, object, place);
-    }
     return {};
 }
 
 Result<void> CfgDecoder::read(const PlistObject& object, const Place& place, std::string& out) {
-    if (!isText(object)) {
+    if (!isText(object))
         return wrongKindAt(PlistKind::asciiText, object, place);
-    }
     Result<std::string> text = PlistReader::text(object);
-    if (!text) {
+    if (!text)
         return failAt(std::move(text.error()), place);
-    }
-    if (!m_budget.take(text->size())) {
+    if (!m_budget.take(text->size()))
         return overBudget(place);
-    }
     out = std::move(*text);
     return {};
 }
@@ -113,34 +108,29 @@ Result<void> CfgDecoder::read(const PlistObject& object, const Place& place, boo
 }
 
 Result<void> CfgDecoder::read(const PlistObject& object, const Place& place, std::int64_t& out) {
-    if (Result<void> right = expect(object, PlistKind::integer, place); !right) {
+    if (Result<void> right = expect(object, PlistKind::integer, place); !right)
         return right;
-    }
     Result<std::int64_t> value = PlistReader::integer(object);
-    if (!value) {
+    if (!value)
         return failAt(std::move(value.error()), place);
-    }
     out = *value;
     return {};
 }
 
 Result<void> CfgDecoder::read(const PlistObject& object, const Place& place, std::uint32_t& out) {
     std::int64_t value = 0;
-    if (Result<void> right = read(object, place, value); !right) {
+    if (Result<void> right = read(object, place, value); !right)
         return right;
-    }
-    if (value < 0 || value > std::numeric_limits<std::uint32_t>::max()) {
+    if (value < 0 || value > std::numeric_limits<std::uint32_t>::max())
         return fail(std::to_string(value) + " is out of range", place.text());
-    }
     out = static_cast<std::uint32_t>(value);
     return {};
 }
 
 template <NamedEnum Enum>
 Result<void> CfgDecoder::read(const PlistObject& object, const Place& place, Enum& out) {
-    if (!isText(object)) {
+    if (!isText(object))
         return wrongKindAt(PlistKind::asciiText, object, place);
-    }
     for (const auto& entry : NamesOf<Enum>::list) {
         if (PlistReader::textEquals(object, entry.name)) {
             out = entry.value;
@@ -148,42 +138,36 @@ Result<void> CfgDecoder::read(const PlistObject& object, const Place& place, Enu
         }
     }
     Result<std::string> text = PlistReader::text(object);
-    if (!text) {
+    if (!text)
         return failAt(std::move(text.error()), place);
-    }
     return fail(quoted(*text) + " is not " + std::string(NamesOf<Enum>::what), place.text());
 }
 
 template <class Element>
 Result<void> CfgDecoder::read(const PlistObject& object, const Place& place,
                               std::vector<Element>& out) {
-    if (Result<void> right = expect(object, PlistKind::array, place); !right) {
+    if (Result<void> right = expect(object, PlistKind::array, place); !right)
         return right;
-    }
-    if (!m_budget.take(object.count, CodingBudget::elementCost<Element>())) {
+    if (!m_budget.take(object.count, CodingBudget::elementCost<Element>()))
         return overBudget(place);
-    }
     // A count alone reserves nothing: distinct elements take at least some bytes of the document.
     constexpr std::size_t shortestElement = 16;
     out.reserve(std::min(object.count, m_reader.documentSize() / shortestElement));
     for (std::size_t i = 0; i < object.count; ++i) {
         const Place inside(place, i);
         const Result<PlistObject> element = member(object, i, inside);
-        if (!element) {
+        if (!element)
             return tl::unexpected(element.error());
-        }
-        if (Result<void> done = read(*element, inside, out.emplace_back()); !done) {
+        if (Result<void> done = read(*element, inside, out.emplace_back()); !done)
             return done;
-        }
     }
     return {};
 }
 
 template <RecordType Record>
 Result<void> CfgDecoder::read(const PlistObject& object, const Place& place, Record& out) {
-    if (Result<void> right = expect(object, PlistKind::dictionary, place); !right) {
+    if (Result<void> right = expect(object, PlistKind::dictionary, place); !right)
         return right;
-    }
     constexpr std::size_t known = fieldCount<Record>;
     if (object.count > known &&
         !m_budget.take(object.count - known, CodingBudget::unknownKeyCost)) {
@@ -191,9 +175,8 @@ Result<void> CfgDecoder::read(const PlistObject& object, const Place& place, Rec
     }
     Seen<Record> seen;
     for (std::size_t i = 0; i < object.count; ++i) {
-        if (Result<void> done = readPair(object, i, place, out, seen); !done) {
+        if (Result<void> done = readPair(object, i, place, out, seen); !done)
             return done;
-        }
     }
     return checkComplete<Record>(place, seen);
 }
@@ -202,20 +185,17 @@ template <RecordType Record>
 Result<void> CfgDecoder::readPair(const PlistObject& dictionary, std::size_t index,
                                   const Place& place, Record& out, Seen<Record>& seen) {
     const Result<PlistObject> key = member(dictionary, index, place);
-    if (!key) {
+    if (!key)
         return tl::unexpected(key.error());
-    }
-    if (!isText(*key)) {
+    if (!isText(*key))
         return fail(wrongKind("a string as the key", PlistReader::nameOf(key->kind)), place.text());
-    }
     Result<void> done;
     std::size_t position = 0;
     // True when the key is this field's: the walk over the fields ends there.
     const auto readField = [&](const auto& field) {
         const std::size_t bit = position++;
-        if (!PlistReader::textEquals(*key, field.key)) {
+        if (!PlistReader::textEquals(*key, field.key))
             return false;
-        }
         const Place inside(place, field.key);
         if (seen.test(bit)) {
             done = fail("the key appears twice", inside.text());
@@ -236,14 +216,12 @@ Result<void> CfgDecoder::checkComplete(const Place& place, const Seen<Record>& s
     std::size_t position = 0;
     const auto check = [&](const auto& field) {
         const bool isMissing = !seen.test(position++) && field.presence == Presence::required;
-        if (isMissing && missing.empty()) {
+        if (isMissing && missing.empty())
             missing = field.key;
-        }
     };
     std::apply([&](const auto&... field) { (check(field), ...); }, FieldsOf<Record>::list);
-    if (!missing.empty()) {
+    if (!missing.empty())
         return fail(std::string(missingKey), Place(place, missing).text());
-    }
     return {};
 }
 
@@ -251,17 +229,14 @@ Result<void> CfgDecoder::checkComplete(const Place& place, const Seen<Record>& s
 
 Result<Cfg> decodeCfg(ByteView bytes) {
     const Result<PlistReader> reader = PlistReader::open(bytes);
-    if (!reader) {
+    if (!reader)
         return tl::unexpected(reader.error());
-    }
     const Result<PlistObject> root = reader->root();
-    if (!root) {
+    if (!root)
         return tl::unexpected(root.error());
-    }
     Cfg cfg;
-    if (Result<void> done = CfgDecoder(*reader).read(*root, Place(), cfg); !done) {
+    if (Result<void> done = CfgDecoder(*reader).read(*root, Place(), cfg); !done)
         return tl::unexpected(std::move(done.error()));
-    }
     return cfg;
 }
 

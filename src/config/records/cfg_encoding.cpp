@@ -55,12 +55,10 @@ tl::unexpected<Error> overBudget(const Place& place) {
 }
 
 Result<void> CfgMeasure::add(const std::string& text, const Place& place) {
-    if (!m_budget.take(text.size())) {
+    if (!m_budget.take(text.size()))
         return overBudget(place);
-    }
-    if (!isAscii(text) && !utf16Length(text)) {
+    if (!isAscii(text) && !utf16Length(text))
         return fail("the text is not valid UTF-8", place.text());
-    }
     m_textBytes += text.size();
     return countObject();
 }
@@ -77,13 +75,11 @@ Result<void> CfgMeasure::add(Enum value, const Place& place) {
 
 template <class Element>
 Result<void> CfgMeasure::add(const std::vector<Element>& list, const Place& place) {
-    if (!m_budget.take(list.size(), CodingBudget::elementCost<Element>())) {
+    if (!m_budget.take(list.size(), CodingBudget::elementCost<Element>()))
         return overBudget(place);
-    }
     for (std::size_t i = 0; i < list.size(); ++i) {
-        if (Result<void> done = add(list[i], Place(place, i)); !done) {
+        if (Result<void> done = add(list[i], Place(place, i)); !done)
             return done;
-        }
     }
     return countObject();
 }
@@ -151,9 +147,8 @@ private:
 template <class Element>
 PlistWriter::Reference CfgEncoder::write(const std::vector<Element>& list) {
     const PlistWriter::Container array = m_writer.beginArray(list.size());
-    for (std::size_t i = 0; i < list.size(); ++i) {
+    for (std::size_t i = 0; i < list.size(); ++i)
         m_writer.set(array, i, write(list[i]));
-    }
     return array.reference;
 }
 
@@ -172,12 +167,10 @@ PlistWriter::Reference CfgEncoder::write(const Record& record) {
     const auto writeField = [&](const auto& field) {
         Reference& key = keys[position++];
         const auto* value = present(record.*field.member);
-        if (value == nullptr) {
+        if (value == nullptr)
             return;
-        }
-        if (key == 0) {
+        if (key == 0)
             key = m_writer.string(field.key);
-        }
         m_writer.set(dictionary, slot, key);
         m_writer.set(dictionary, pairs + slot, write(*value));
         ++slot;
@@ -190,9 +183,8 @@ PlistWriter::Reference CfgEncoder::write(const Record& record) {
 
 Result<Bytes> encodeCfg(const Cfg& cfg) {
     CfgMeasure measure;
-    if (Result<void> done = measure.add(cfg, Place()); !done) {
+    if (Result<void> done = measure.add(cfg, Place()); !done)
         return tl::unexpected(std::move(done.error()));
-    }
     PlistWriter writer(measure.objects() + keyObjects, measure.textBytes());
     CfgEncoder(writer).write(cfg);
     return std::move(writer).finish();

@@ -53,9 +53,8 @@ std::span<const KeyCodeDef> controlsAndNavigation() {
         std::vector<KeyCodeDef> joined = select(keyTable::group(Group::controlsAndSymbols),
                                                 [](const KeyCodeDef&) { return true; });
         for (const KeyCodeDef& key : keyTable::group(Group::arrowsAndNavigation)) {
-            if (!isArrow(key)) {
+            if (!isArrow(key))
                 joined.push_back(key);
-            }
         }
         return joined;
     }();
@@ -81,9 +80,8 @@ const KeyCodeDef* find(std::string_view name) {
 }
 
 std::string name(std::uint32_t code) {
-    if (const KeyCodeDef* key = find(code)) {
+    if (const KeyCodeDef* key = find(code))
         return std::string(key->name);
-    }
     std::array<char, 32> text{};
     std::snprintf(text.data(), text.size(), "unknown (0x%02X)", code);
     return text.data();
@@ -153,18 +151,16 @@ std::span<const KeyCodeDef> keys(KeyCat category) {
 
 std::optional<std::uint16_t> hidToMac(std::uint32_t usage) {
     for (const keyTable::VirtualKey& key : keyTable::virtualKeys()) {
-        if (key.usage == usage) {
+        if (key.usage == usage)
             return key.virtualKeyCode;
-        }
     }
     return std::nullopt;
 }
 
 std::optional<std::uint32_t> macToHid(std::uint16_t virtualKeyCode) {
     for (const keyTable::VirtualKey& key : keyTable::virtualKeys()) {
-        if (key.virtualKeyCode == virtualKeyCode) {
+        if (key.virtualKeyCode == virtualKeyCode)
             return key.usage;
-        }
     }
     return std::nullopt;
 }

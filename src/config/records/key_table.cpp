@@ -32,9 +32,8 @@ constexpr auto join(const Keys<Sizes>&... parts) {
     Keys<(Sizes + ...)> joined{};
     std::size_t next = 0;
     const auto append = [&](const auto& part) {
-        for (const KeyCodeDef& entry : part) {
+        for (const KeyCodeDef& entry : part)
             joined[next++] = entry;
-        }
     };
     (append(parts), ...);
     return joined;

@@ -18,13 +18,11 @@ public:
 
     /// For example "shortcuts[3].action.type"; empty for the document itself.
     std::string text() const {
-        if (m_parent == nullptr) {
+        if (m_parent == nullptr)
             return {};
-        }
         const std::string above = m_parent->text();
-        if (m_key.empty()) {
+        if (m_key.empty())
             return above + "[" + std::to_string(m_index) + "]";
-        }
         return (above.empty() ? above : above + ".") + std::string(m_key);
     }
 

@@ -72,18 +72,16 @@ PlistWriter::Container PlistWriter::beginDictionary(std::size_t pairs) {
 
 void PlistWriter::set(const Container& container, std::size_t slot, Reference member) {
     std::uint8_t* at = m_out.data() + container.slots + slot * m_referenceSize;
-    for (std::size_t left = m_referenceSize; left > 0; --left) {
+    for (std::size_t left = m_referenceSize; left > 0; --left)
         *at++ = static_cast<std::uint8_t>(member >> (8 * (left - 1)));
-    }
 }
 
 Bytes PlistWriter::finish() && {
     const std::size_t table = m_out.size();
     const std::size_t offsetSize = widthOf(table);
     m_out.reserve(table + m_offsets.size() * offsetSize + plist::trailerSize);
-    for (const std::size_t offset : m_offsets) {
+    for (const std::size_t offset : m_offsets)
         put(offset, offsetSize);
-    }
     const std::size_t trailer = m_out.size();
     m_out.resize(trailer + plist::trailerOffsetSize);
     m_out.push_back(static_cast<std::uint8_t>(offsetSize));
@@ -112,9 +110,8 @@ void PlistWriter::putInteger(std::int64_t value) {
 }
 
 void PlistWriter::put(std::uint64_t value, std::size_t width) {
-    for (std::size_t left = width; left > 0; --left) {
+    for (std::size_t left = width; left > 0; --left)
         m_out.push_back(static_cast<std::uint8_t>(value >> (8 * (left - 1))));
-    }
 }
 
 } // namespace tamsel

@@ -153,9 +153,8 @@ concept NamedEnum = requires {
 template <NamedEnum Enum>
 constexpr std::string_view nameOf(Enum value) {
     for (const auto& entry : NamesOf<Enum>::list) {
-        if (entry.value == value) {
+        if (entry.value == value)
             return entry.name;
-        }
     }
     return {};
 }

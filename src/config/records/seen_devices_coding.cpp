@@ -38,23 +38,20 @@ std::string_view kindOf(const json& value) {
 
 Result<void> expect(bool isRight, std::string_view expected, const json& found,
                     const Place& place) {
-    if (!isRight) {
+    if (!isRight)
         return fail(wrongKind(expected, kindOf(found)), place.text());
-    }
     return {};
 }
 
 Result<void> read(const json& value, const Place& place, std::string& out) {
-    if (const auto* text = value.get_ptr<const json::string_t*>()) {
+    if (const auto* text = value.get_ptr<const json::string_t*>())
         out = *text;
-    }
     return expect(value.is_string(), "a string", value, place);
 }
 
 Result<void> read(const json& value, const Place& place, bool& out) {
-    if (const auto* flag = value.get_ptr<const json::boolean_t*>()) {
+    if (const auto* flag = value.get_ptr<const json::boolean_t*>())
         out = *flag;
-    }
     return expect(value.is_boolean(), "a boolean", value, place);
 }
 
@@ -62,9 +59,8 @@ Result<void> read(const json& value, const Place& place, std::int64_t& out) {
     // An unsigned number is asked for first: the library offers it as a signed one too.
     constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
     if (const auto* number = value.get_ptr<const json::number_unsigned_t*>()) {
-        if (*number > most) {
+        if (*number > most)
             return fail(std::to_string(*number) + " is out of range", place.text());
-        }
         out = static_cast<std::int64_t>(*number);
     } else if (const auto* negative = value.get_ptr<const json::number_integer_t*>()) {
         out = *negative;
@@ -75,9 +71,8 @@ Result<void> read(const json& value, const Place& place, std::int64_t& out) {
 template <RecordType Record>
 Result<void> read(const json& value, const Place& place, Record& out) {
     Result<void> done = expect(value.is_object(), "an object", value, place);
-    if (!done) {
+    if (!done)
         return done;
-    }
     const auto readField = [&](const auto& field) {
         const Place inside(place, field.key);
         const auto found = value.find(field.key);
@@ -107,19 +102,16 @@ Result<json> parse(std::string_view text) {
 
 Result<std::vector<SeenDeviceInfo>> decodeSeenDevices(std::string_view text) {
     const Result<json> document = parse(text);
-    if (!document) {
+    if (!document)
         return tl::unexpected(document.error());
-    }
     const Place root;
-    if (Result<void> right = expect(document->is_array(), "an array", *document, root); !right) {
+    if (Result<void> right = expect(document->is_array(), "an array", *document, root); !right)
         return tl::unexpected(std::move(right.error()));
-    }
     std::vector<SeenDeviceInfo> devices;
     for (const json& element : *document) {
         const Place place(root, devices.size());
-        if (Result<void> done = read(element, place, devices.emplace_back()); !done) {
+        if (Result<void> done = read(element, place, devices.emplace_back()); !done)
             return tl::unexpected(std::move(done.error()));
-        }
     }
     return devices;
 }

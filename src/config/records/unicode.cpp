@@ -21,25 +21,21 @@ struct Decoded {
 Decoded decodeUtf8(std::string_view text) {
     const auto byte = [&](std::size_t at) { return static_cast<std::uint8_t>(text[at]); };
     const std::uint8_t lead = byte(0);
-    if (lead < 0x80) {
+    if (lead < 0x80)
         return {lead, 1};
-    }
     const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4 || text.size() < length) {
+    if (lead < 0xC2 || lead > 0xF4 || text.size() < length)
         return {invalid, 1};
-    }
     char32_t point = lead & (0x7FU >> length);
     for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0U) != 0x80) {
+        if ((byte(i) & 0xC0U) != 0x80)
             return {invalid, 1};
-        }
         point = (point << 6U) | (byte(i) & 0x3FU);
     }
     constexpr std::array<char32_t, 5> smallest = {0, 0, 0x80, 0x800, 0x10000};
     const bool isSurrogate = point >= 0xD800 && point <= 0xDFFF;
-    if (point < smallest[length] || point > 0x10FFFF || isSurrogate) {
+    if (point < smallest[length] || point > 0x10FFFF || isSurrogate)
         return {invalid, 1};
-    }
     return {point, length};
 }
 
@@ -68,17 +64,15 @@ void appendUtf8(std::string& out, char32_t point) {
 
 bool isAscii(std::string_view text) {
     std::uint8_t seen = 0;
-    for (const char c : text) {
+    for (const char c : text)
         seen |= static_cast<std::uint8_t>(c);
-    }
     return seen < 0x80;
 }
 
 bool isAscii(ByteView text) {
     std::uint8_t seen = 0;
-    for (const std::uint8_t c : text) {
+    for (const std::uint8_t c : text)
         seen |= c;
-    }
     return seen < 0x80;
 }
 
@@ -86,9 +80,8 @@ std::optional<std::size_t> utf16Length(std::string_view utf8) {
     std::size_t units = 0;
     while (!utf8.empty()) {
         const Decoded next = decodeUtf8(utf8);
-        if (next.point == invalid) {
+        if (next.point == invalid)
             return std::nullopt;
-        }
         units += next.point >= 0x10000 ? 2 : 1;
         utf8.remove_prefix(next.length);
     }
@@ -123,9 +116,8 @@ std::optional<std::string> utf8FromUtf16(ByteView utf16) {
         if (point >= 0xD800 && point <= 0xDFFF) {
             const bool isPair = point < 0xDC00 && at + 4 <= utf16.size() &&
                                 unit(at + 2) >= 0xDC00 && unit(at + 2) <= 0xDFFF;
-            if (!isPair) {
+            if (!isPair)
                 return std::nullopt;
-            }
             point = 0x10000 + ((point - 0xD800) << 10U) + (unit(at + 2) - 0xDC00);
             at += 2;
         }
@@ -139,9 +131,8 @@ std::string quoted(std::string_view utf8) {
     std::string out = "\"";
     while (!utf8.empty()) {
         const Decoded next = decodeUtf8(utf8);
-        if (out.size() + next.length > longest) {
+        if (out.size() + next.length > longest)
             return out + "…\"";
-        }
         const bool isPlain =
             next.point != invalid && next.point >= 0x20 && (next.point < 0x7F || next.point > 0x9F);
         out += isPlain ? utf8.substr(0, next.length) : "?";
