@@ -251,7 +251,7 @@ class AgentTest(unittest.TestCase):
         wait_until(lambda: daemon.run("exec sleep 600"), "the next agent")
         with open(self.lock) as file:
             self.assertEqual(file.read(), f"{agent.pid}\n")
-        (command,) = children(agent)
+        (command,) = wait_until(lambda: children(agent), "the command")
         try:
             agent.terminate()
             self.assertEqual(agent.wait(10 * PATIENCE), 0)
