@@ -87,10 +87,12 @@ function(tamsel_test name)
 endfunction()
 
 # tamsel_bench(NAME SOURCES ... LINK targets...)
+# All of them are built by the target `benchmarks`, which leaves the rest of the tree alone.
 function(tamsel_bench name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
     find_package(benchmark REQUIRED)
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE tamsel_options benchmark::benchmark_main ${ARG_LINK})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench)
+    add_dependencies(benchmarks ${name})
 endfunction()
