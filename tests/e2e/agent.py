@@ -90,6 +90,7 @@ class RegistryOnGDBus:
 
     def __init__(self, address):
         self.agents = []
+        self.connections = []  # nobody else keeps them open
         self.server = Gio.DBusServer.new_sync(
             address, Gio.DBusServerFlags.NONE, Gio.dbus_generate_guid(), None, None)
         self.server.connect("new-connection", self._connected)
@@ -98,6 +99,7 @@ class RegistryOnGDBus:
     def _connected(self, _server, connection):
         interface = Gio.DBusNodeInfo.new_for_xml(self.XML).interfaces[0]
         connection.register_object(DAEMON_PATH, interface, self._registered, None, None)
+        self.connections.append(connection)
         return True
 
     def _registered(self, connection, _sender, _path, _interface, _method, _arguments, invocation):
