@@ -126,16 +126,16 @@ systemConflicts(std::span<const Shortcut> shortcuts, std::span<const Shortcut> b
     return conflicts;
 }
 
-std::unordered_set<std::uint32_t> enabledMappingFroms(std::span<const KeyMapping> mappings) {
-    std::unordered_set<std::uint32_t> froms;
+MappingFroms enabledMappingFroms(std::span<const KeyMapping> mappings) {
+    MappingFroms froms;
     for (const KeyMapping& mapping : mappings) {
         if (mapping.enabled)
-            froms.insert(mapping.from.keyCode);
+            froms.emplace(mapping.from.keyCode, &mapping);
     }
     return froms;
 }
 
-bool isMappingConflict(const Shortcut& shortcut, const std::unordered_set<std::uint32_t>& froms) {
+bool isMappingConflict(const Shortcut& shortcut, const MappingFroms& froms) {
     return shortcut.keys.keyCode != KeyCodes::noKey && froms.count(shortcut.keys.keyCode) != 0;
 }
 

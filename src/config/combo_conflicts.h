@@ -7,7 +7,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace tamsel {
@@ -39,11 +38,13 @@ KeyConflicts conflictingIds(std::span<const Shortcut> shortcuts, std::span<const
 std::unordered_map<std::string_view, std::string_view>
 systemConflicts(std::span<const Shortcut> shortcuts, std::span<const Shortcut> builtIn);
 
-/// The source keys of the enabled mappings.
-std::unordered_set<std::uint32_t> enabledMappingFroms(std::span<const KeyMapping> mappings);
+/// The enabled mappings by their source key; the first of several on one key. The values point into
+/// the list that was asked about.
+using MappingFroms = std::unordered_map<std::uint32_t, const KeyMapping*>;
+MappingFroms enabledMappingFroms(std::span<const KeyMapping> mappings);
 
 /// Whether a mapping takes the trigger's key away, whatever the modifiers and the combo's state. No
 /// key is nobody's.
-bool isMappingConflict(const Shortcut& shortcut, const std::unordered_set<std::uint32_t>& froms);
+bool isMappingConflict(const Shortcut& shortcut, const MappingFroms& froms);
 
 } // namespace tamsel
