@@ -1,6 +1,9 @@
 #include "config/records/key_codes.h"
 
+#include "config/records/evdev_codes.h"
+
 #include <gtest/gtest.h>
+#include <linux/input-event-codes.h>
 #include <set>
 #include <vector>
 
@@ -152,6 +155,46 @@ TEST(KeyCodes, virtualKeysAndUsagesAreInverse) {
     EXPECT_EQ(KeyCodes::hidToMac(57), 57);
     EXPECT_EQ(KeyCodes::hidToMac(41), 53);
     EXPECT_EQ(KeyCodes::hidToMac(231), 54);
+}
+
+TEST(EvdevCodes, pairTheKernelsKeysWithTheCatalogue) {
+    std::set<std::uint32_t> usages;
+    for (std::uint32_t code = 0; code <= 0xFFFF; ++code) {
+        const auto usage = EvdevCodes::toHid(static_cast<std::uint16_t>(code));
+        if (!usage)
+            continue;
+        EXPECT_NE(KeyCodes::find(*usage), nullptr) << code;
+        EXPECT_EQ(EvdevCodes::fromHid(*usage), code) << "two kernel codes of one key";
+        usages.insert(*usage);
+    }
+    const std::set<std::string_view> lacking{"vk_none", "non_us_pound", "international7",
+                                             "international8", "international9"};
+    for (const KeyCodeDef& key : KeyCodes::all()) {
+        const bool isKeyboardKey = key.code < KeyCodes::mouseButtonBase;
+        EXPECT_EQ(usages.contains(key.code), isKeyboardKey && !lacking.contains(key.name))
+            << key.name;
+        if (const auto virtualKey = KeyCodes::hidToMac(key.code)) {
+            EXPECT_EQ(KeyCodes::macToHid(*virtualKey), key.code);
+            EXPECT_TRUE(usages.contains(key.code)) << key.name;
+        }
+    }
+    // Where a run of the table could have slipped.
+    const std::pair<std::uint16_t, std::string_view> cases[] = {{KEY_Z, "z"},
+                                                                {KEY_0, "0"},
+                                                                {KEY_BACKSLASH, "backslash"},
+                                                                {KEY_UP, "up_arrow"},
+                                                                {KEY_SYSRQ, "print_screen"},
+                                                                {KEY_KPDOT, "keypad_period"},
+                                                                {KEY_F24, "f24"},
+                                                                {KEY_FIND, "find"},
+                                                                {KEY_VOLUMEDOWN, "volume_down"},
+                                                                {KEY_KPJPCOMMA, "international6"},
+                                                                {KEY_ZENKAKUHANKAKU, "lang5"},
+                                                                {KEY_RIGHTMETA, "right_command"},
+                                                                {KEY_CAPSLOCK, "caps_lock"},
+                                                                {KEY_KPEQUAL, "keypad_equal_sign"}};
+    for (const auto& [code, name] : cases)
+        EXPECT_EQ(KeyCodes::name(EvdevCodes::toHid(code).value_or(0)), name);
 }
 
 } // namespace
