@@ -1,6 +1,7 @@
 #include "keytools/key_recorder_vm.h"
 
 #include "config/records/key_codes.h"
+#include "config/records/modifier_names.h"
 #include "daemon/daemon_event_hub.h"
 #include "daemon/local_key.h"
 
@@ -13,13 +14,6 @@ namespace tamsel {
 namespace {
 
 constexpr std::uint32_t escape = 0x29;
-constexpr std::uint32_t firstModifier = 0xE0;
-constexpr std::uint32_t lastModifier = 0xE7;
-
-bool isModifier(std::uint32_t usage) {
-    return (usage >= firstModifier && usage <= lastModifier) || usage == KeyCodes::fn;
-}
-
 } // namespace
 
 KeyRecorderVM::KeyRecorderVM(DaemonEventHub& hub, LocalEvents& localEvents, MainQueue& queue,
@@ -34,13 +28,8 @@ KeyRecorderVM::~KeyRecorderVM() {
     leaveHub();
 }
 
-void KeyRecorderVM::startCapture(const QString& target) {
-    if (m_isCapturing)
-        return;
-    m_target = target;
-    startCapture([this, target](const RecordedKey& key) {
-        Q_EMIT recorded(target, key.keyCode, key.modifiers);
-    });
+void KeyRecorderVM::startCapture() {
+    startCapture([this](const RecordedKey& key) { Q_EMIT recorded(key.keyCode, key.modifiers); });
 }
 
 void KeyRecorderVM::startCapture(Completion onComplete) {
@@ -108,7 +97,7 @@ void KeyRecorderVM::handleKey(std::uint32_t usage, Motion motion) {
     const bool isDown = motion == Motion::down;
     if (usage == escape && isDown) {
         cancel();
-    } else if (!isModifier(usage)) {
+    } else if (!isModifierUsage(usage)) {
         if (isDown)
             finishCapture(RecordedKey{usage, heldModifierNames()});
     } else if (captureModifiers()) {
@@ -126,11 +115,6 @@ QStringList KeyRecorderVM::heldModifierNames() const {
     return names;
 }
 
-void KeyRecorderVM::cancelFor(const QString& target) {
-    if (m_isCapturing && m_target == target)
-        cancel();
-}
-
 void KeyRecorderVM::finishCapture(const std::optional<RecordedKey>& result) {
     if (!m_isCapturing)
         return;
@@ -140,7 +124,6 @@ void KeyRecorderVM::finishCapture(const std::optional<RecordedKey>& result) {
     leaveHub();
     const Completion onComplete = std::exchange(m_onComplete, nullptr);
     m_heldModifiers.clear();
-    m_target.clear();
     Q_EMIT isCapturingChanged();
     if (result && onComplete)
         onComplete(*result);
