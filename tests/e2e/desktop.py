@@ -101,10 +101,10 @@ def act(node):
     return bool(wanted) and Atspi.Action.do_action(node, names.index(wanted[0]))
 
 
-def focus_window():
-    """Gives the application's window the keyboard; there is no window manager to do it."""
+def focus_window(name="^Tamsel$"):
+    """Gives one of the application's windows the keyboard; there is no window manager to do it."""
     window = wait_until(
-        lambda: subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Tamsel$"],
+        lambda: subprocess.run(["xdotool", "search", "--onlyvisible", "--name", name],
                                capture_output=True, text=True, check=False).stdout.split(),
         "a visible window")[0]
     subprocess.run(["xdotool", "windowfocus", "--sync", window], check=False)

@@ -224,6 +224,12 @@ class StandInDaemon:
     def come_back(self):
         self.loop.call(self._listen)
 
+    def tell_key(self, *event):
+        """Reports a key event: usage, whether it went down, action, output usage, from Apple."""
+        self.connections[-1].call(
+            None, APP_PATH, APP_INTERFACE, "onKeyEvent", GLib.Variant("(ubyub)", event),
+            None, Gio.DBusCallFlags.NONE, 5000, None, None)
+
     def ask_app(self, method, arguments=None, reply=None):
         return self.connections[-1].call_sync(
             None, APP_PATH, APP_INTERFACE, method, arguments, reply and GLib.VariantType(reply),

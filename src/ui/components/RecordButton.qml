@@ -25,10 +25,13 @@ T.AbstractButton {
     Accessible.onPressAction: button.clicked()
     Accessible.ignored: !visible
     onClicked: {
-        if (capturing)
+        if (capturing) {
             recording.recorder.cancel();
-        else
+        } else {
+            if (!activeFocus)
+                forceActiveFocus(Qt.OtherFocusReason);
             recording.start(button);
+        }
     }
     onVisibleChanged: if (!visible && capturing) recording.recorder.cancel()
     Component.onDestruction: if (capturing) recording.recorder.cancel()

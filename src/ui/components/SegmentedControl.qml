@@ -43,7 +43,7 @@ Rectangle {
             id: cells
             model: control.choices
 
-            T.AbstractButton {
+            T.RadioButton {
                 id: cell
 
                 required property var modelData
@@ -57,10 +57,11 @@ Rectangle {
                 hoverEnabled: true
                 focusPolicy: isChosen || (control.place < 0 && index === 0) ? Qt.StrongFocus
                                                                             : Qt.ClickFocus
-                Accessible.role: Accessible.RadioButton
+                autoExclusive: false
+                checked: isChosen
+                // The model decides; the control goes on showing what it says.
+                onCheckedChanged: if (checked !== isChosen) checked = Qt.binding(() => isChosen)
                 Accessible.name: text
-                Accessible.checkable: true
-                Accessible.checked: isChosen
                 Accessible.onPressAction: cell.clicked()
                 onClicked: control.chosen(modelData.value)
 

@@ -4,7 +4,7 @@ import Tamsel
 
 // On is filled, checked and heavier. `on` shows what the model says; whoever uses the button asks
 // the model for the change in onClicked.
-T.AbstractButton {
+T.CheckBox {
     id: button
 
     property bool on: false
@@ -14,10 +14,10 @@ T.AbstractButton {
     implicitWidth: 148
     implicitHeight: Theme.toggleHeight
     hoverEnabled: true
-    Accessible.role: Accessible.CheckBox
+    checked: on
+    // The model decides; the button goes on showing what it says.
+    onCheckedChanged: if (checked !== on) checked = Qt.binding(() => on)
     Accessible.name: text
-    Accessible.checkable: true
-    Accessible.checked: on
     Accessible.onPressAction: button.clicked()
     Accessible.onToggleAction: button.clicked()
     Keys.onReturnPressed: button.clicked()

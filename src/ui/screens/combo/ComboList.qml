@@ -79,6 +79,9 @@ ListView {
         total: list.count
         ownRows: list.ownRows
         onTabbed: step => list.tab(cell, step)
+        // What waits for its next row is on no screen, for assistive technology either.
+        ListView.onPooled: visible = false
+        ListView.onReused: visible = true
 
         Connections {
             target: cell.view

@@ -39,6 +39,11 @@ Card {
         // Whether the user wants the newest in sight.
         property bool following: true
 
+        function follow(): void {
+            if (following)
+                positionViewAtEnd();
+        }
+
         x: 1
         y: header.height
         width: parent.width - 2
@@ -47,12 +52,11 @@ Card {
         boundsBehavior: Flickable.StopAtBounds
         highlightFollowsCurrentItem: false
         keyNavigationEnabled: false
-        reuseItems: true
         activeFocusOnTab: false
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Key events")
         onMovingChanged: if (!moving) following = atYEnd
-        onContentHeightChanged: if (following) positionViewAtEnd()
+        onHeightChanged: follow()
         T.ScrollBar.vertical: ScrollBar {
             onPressedChanged: if (!pressed) list.following = list.atYEnd
         }
@@ -61,6 +65,7 @@ Card {
             source: table.viewer
             list: "events"
             key: "id"
+            onRowsInserted: Qt.callLater(list.follow)
         }
         delegate: KeyViewerRow {
             width: ListView.view ? ListView.view.width : 0
