@@ -4,18 +4,13 @@
 #include "config/records/key_codes.h"
 #include "config/storage_mgr.h"
 #include "daemon/daemon_xpc_client.h"
-
-#include <QUuid>
+#include "editors/fresh_id.h"
 
 #include <algorithm>
 
 namespace tamsel {
 
 namespace {
-
-std::string freshId() {
-    return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString();
-}
 
 QString keyName(quint32 code) {
     return code == KeyCodes::noKey ? QString() : QString::fromStdString(KeyCodes::name(code));
@@ -57,39 +52,43 @@ QString MappingVM::addMapping() {
 }
 
 void MappingVM::deleteMapping(const QString& id) {
-    change(id, [](std::vector<KeyMapping>& mappings, auto mapping) { mappings.erase(mapping); });
-}
-
-void MappingVM::setEnabled(const QString& id, bool enabled) {
     Cfg cfg = m_storage.load();
     if (const auto mapping = findById(cfg.mappings, id); mapping != cfg.mappings.end()) {
-        mapping->enabled = enabled;
-        commit(cfg);
-        return;
-    }
-    auto builtIn = uncoveredDefaultMappings(cfg.mappings);
-    if (const auto row = findById(builtIn, id); enabled && row != builtIn.end()) {
-        cfg.mappings.insert(cfg.mappings.begin(), promoted(*row, freshId()));
+        cfg.mappings.erase(mapping);
         commit(cfg);
     }
 }
 
-void MappingVM::setFrom(const QString& id, quint32 keyCode) {
-    change(id, [keyCode](auto&, auto mapping) { mapping->from = {keyCode}; });
+QString MappingVM::setEnabled(const QString& id, bool enabled) {
+    return change(id, enabled ? BuiltIn::isPromoted : BuiltIn::stays,
+                  [enabled](KeyMapping& mapping) { mapping.enabled = enabled; });
 }
 
-void MappingVM::setTo(const QString& id, quint32 keyCode) {
-    change(id, [keyCode](auto&, auto mapping) { mapping->to = {keyCode}; });
+QString MappingVM::setFrom(const QString& id, quint32 keyCode) {
+    return change(id, BuiltIn::isPromoted,
+                  [keyCode](KeyMapping& mapping) { mapping.from = {keyCode}; });
 }
 
-void MappingVM::change(
-    const QString& id,
-    const std::function<void(std::vector<KeyMapping>&, std::vector<KeyMapping>::iterator)>& edit) {
+QString MappingVM::setTo(const QString& id, quint32 keyCode) {
+    return change(id, BuiltIn::isPromoted,
+                  [keyCode](KeyMapping& mapping) { mapping.to = {keyCode}; });
+}
+
+QString MappingVM::change(const QString& id, BuiltIn builtIn,
+                          const std::function<void(KeyMapping&)>& edit) {
     Cfg cfg = m_storage.load();
-    if (const auto mapping = findById(cfg.mappings, id); mapping != cfg.mappings.end()) {
-        edit(cfg.mappings, mapping);
-        commit(cfg);
+    auto mapping = findById(cfg.mappings, id);
+    if (mapping == cfg.mappings.end()) {
+        auto defaults = uncoveredDefaultMappings(cfg.mappings);
+        const auto row = findById(defaults, id);
+        if (builtIn == BuiltIn::stays || row == defaults.end())
+            return id;
+        mapping = cfg.mappings.insert(cfg.mappings.begin(), promoted(*row, freshId()));
     }
+    edit(*mapping);
+    QString changed = QString::fromStdString(mapping->id);
+    commit(cfg);
+    return changed;
 }
 
 void MappingVM::commit(const Cfg& cfg) {

@@ -55,20 +55,22 @@ public:
     /// Inserts an enabled, empty mapping at the top; returns its id.
     Q_INVOKABLE QString addMapping();
     Q_INVOKABLE void deleteMapping(const QString& id);
-    /// On a built-in row, true promotes it to the top of the user's rows and false does nothing.
-    Q_INVOKABLE void setEnabled(const QString& id, bool enabled);
-    /// Replace a user row's source or target by a plain key without modifiers.
-    Q_INVOKABLE void setFrom(const QString& id, quint32 keyCode);
-    Q_INVOKABLE void setTo(const QString& id, quint32 keyCode);
+    /// Each returns the id of the row that shows the change: a change of a built-in row promotes it
+    /// to the top of the user's rows. Only turning one off leaves it what and where it is.
+    Q_INVOKABLE QString setEnabled(const QString& id, bool enabled);
+    /// Replace a row's source or target by a plain key without modifiers.
+    Q_INVOKABLE QString setFrom(const QString& id, quint32 keyCode);
+    Q_INVOKABLE QString setTo(const QString& id, quint32 keyCode);
 
 signals:
     void rowsChanged();
 
 private:
-    /// Applies `edit` to the user's mapping with this id; nothing happens when there is none.
-    void change(const QString& id,
-                const std::function<void(std::vector<KeyMapping>&,
-                                         std::vector<KeyMapping>::iterator)>& edit);
+    enum class BuiltIn { isPromoted, stays };
+
+    /// Applies `edit` to the mapping with this id; nothing happens when there is none.
+    QString change(const QString& id, BuiltIn builtIn,
+                   const std::function<void(KeyMapping&)>& edit);
     void commit(const Cfg& cfg);
     void show(const Cfg& cfg);
 

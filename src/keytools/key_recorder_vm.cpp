@@ -1,6 +1,7 @@
 #include "keytools/key_recorder_vm.h"
 
 #include "config/records/key_codes.h"
+#include "config/records/modifier_names.h"
 #include "daemon/daemon_event_hub.h"
 #include "daemon/local_key.h"
 
@@ -13,12 +14,6 @@ namespace tamsel {
 namespace {
 
 constexpr std::uint32_t escape = 0x29;
-constexpr std::uint32_t firstModifier = 0xE0;
-constexpr std::uint32_t lastModifier = 0xE7;
-
-bool isModifier(std::uint32_t usage) {
-    return (usage >= firstModifier && usage <= lastModifier) || usage == KeyCodes::fn;
-}
 
 } // namespace
 
@@ -108,7 +103,7 @@ void KeyRecorderVM::handleKey(std::uint32_t usage, Motion motion) {
     const bool isDown = motion == Motion::down;
     if (usage == escape && isDown) {
         cancel();
-    } else if (!isModifier(usage)) {
+    } else if (!isModifierUsage(usage)) {
         if (isDown)
             finishCapture(RecordedKey{usage, heldModifierNames()});
     } else if (captureModifiers()) {

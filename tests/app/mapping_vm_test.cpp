@@ -61,8 +61,7 @@ TEST_F(MappingVMTest, EveryEditIsStoredAndSent) {
 TEST_F(MappingVMTest, TurningABuiltInOnPromotesIt) {
     const QString user = vm.addMapping();
     daemon.configs.clear();
-    vm.setEnabled("default_capslock_ctrl", false);
-    vm.setFrom("default_capslock_ctrl", 4);
+    EXPECT_EQ(vm.setEnabled("default_capslock_ctrl", false), "default_capslock_ctrl");
     vm.deleteMapping("default_capslock_ctrl");
     vm.setEnabled("no such id", true);
     queue.runPending();
@@ -76,6 +75,10 @@ TEST_F(MappingVMTest, TurningABuiltInOnPromotesIt) {
     EXPECT_TRUE(mappings[0].enabled);
     EXPECT_EQ(mappings[1].id, user.toStdString());
     EXPECT_EQ(vm.builtInRows().size(), 1);
+    const QString recorded = vm.setTo("default_rcmd_fn", 4);
+    EXPECT_EQ(storage.load().mappings[0],
+              (KeyMapping{recorded.toStdString(), true, {231, {}}, {4, {}}}))
+        << "so does recording on it";
     lastSent();
 }
 

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "config/records/records.h"
+
+#include <QString>
+
+namespace tamsel {
+
+/// What the window calls an action type, translated: "Key Press".
+QString actionTitle(ActionType type);
+
+} // namespace tamsel

@@ -1,0 +1,151 @@
+#include "editors/combo_vm.h"
+
+#include "config/default_config.h"
+#include "config/records/key_codes.h"
+#include "config/storage_mgr.h"
+#include "daemon/daemon_xpc_client.h"
+#include "editors/combo_title.h"
+#include "editors/fresh_id.h"
+#include "platform/workspace.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tamsel {
+
+namespace {
+
+template <class List>
+auto findById(List& shortcuts, const QString& id) {
+    return std::find_if(
+        shortcuts.begin(), shortcuts.end(),
+        [wanted = id.toStdString()](const Shortcut& shortcut) { return shortcut.id == wanted; });
+}
+
+} // namespace
+
+ComboVM::ComboVM(StorageMgr& storage, DaemonXPCClient& daemon, Workspace& workspace,
+                 QObject* parent)
+    : QObject(parent), m_storage(storage), m_daemon(daemon), m_workspace(workspace) {
+    reload();
+}
+
+void ComboVM::reload() {
+    show(m_storage.load());
+}
+
+void ComboVM::addCombo() {
+    if (m_editor)
+        return;
+    m_isAddingNew = true;
+    openEditor({.id = freshId(), .enabled = true});
+}
+
+void ComboVM::edit(const QString& id) {
+    if (m_editor)
+        return;
+    if (const auto own = findById(m_userShortcuts, id); own != m_userShortcuts.end()) {
+        openEditor(*own);
+        return;
+    }
+    const auto builtIn = findById(m_builtInShortcuts, id);
+    if (builtIn == m_builtInShortcuts.end())
+        return;
+    m_isPromotingDefault = true;
+    openEditor(promoted(*builtIn, builtIn->id));
+}
+
+QString ComboVM::save() {
+    if (!m_editor || !m_editor->canSave())
+        return {};
+    Shortcut edited = m_editor->editedShortcut();
+    if (edited.keys.keyCode == KeyCodes::noKey)
+        edited.enabled = false;
+    std::vector<Shortcut> shortcuts = m_storage.load().shortcuts;
+    if (m_isAddingNew || m_isPromotingDefault) {
+        edited.id = freshId();
+        shortcuts.insert(shortcuts.begin(), edited);
+    } else {
+        const auto place = findById(shortcuts, QString::fromStdString(edited.id));
+        if (place != shortcuts.end())
+            *place = edited;
+    }
+    closeEditor();
+    commit(std::move(shortcuts));
+    return QString::fromStdString(edited.id);
+}
+
+void ComboVM::cancel() {
+    if (m_editor)
+        closeEditor();
+}
+
+void ComboVM::deleteCombo(const QString& id) {
+    std::vector<Shortcut> shortcuts = m_storage.load().shortcuts;
+    const auto place = findById(shortcuts, id);
+    if (place == shortcuts.end())
+        return;
+    shortcuts.erase(place);
+    commit(std::move(shortcuts));
+}
+
+void ComboVM::setEnabled(const QString& id, bool enabled) {
+    std::vector<Shortcut> shortcuts = m_storage.load().shortcuts;
+    if (const auto own = findById(shortcuts, id); own != shortcuts.end()) {
+        own->enabled = enabled;
+        commit(std::move(shortcuts));
+        return;
+    }
+    const auto builtIn = uncoveredDefaultShortcuts(shortcuts);
+    if (const auto row = findById(builtIn, id); enabled && row != builtIn.end()) {
+        shortcuts.insert(shortcuts.begin(), promoted(*row, freshId()));
+        commit(std::move(shortcuts));
+    }
+}
+
+void ComboVM::openLink(const QString& id) {
+    const Shortcut* const shortcut = find(id);
+    const QUrl link = shortcut ? ComboTitle::parse(shortcut->title).link : QUrl();
+    if (!link.isEmpty())
+        m_workspace.openURL(link, [](const Result<void>&) {});
+}
+
+void ComboVM::openEditor(const Shortcut& shortcut) {
+    m_editor = std::make_unique<ShortcutEditVM>(shortcut);
+    Q_EMIT editorChanged();
+}
+
+void ComboVM::closeEditor() {
+    m_isAddingNew = false;
+    m_isPromotingDefault = false;
+    // Its screen lets go of it first; the editor may be what called.
+    const auto gone = m_editor.release();
+    Q_EMIT editorChanged();
+    gone->deleteLater();
+}
+
+void ComboVM::commit(std::vector<Shortcut> shortcuts) {
+    Cfg cfg = m_storage.load();
+    cfg.shortcuts = std::move(shortcuts);
+    m_storage.save(cfg);
+    m_daemon.sendConfig(withDefaults(cfg));
+    show(cfg);
+}
+
+void ComboVM::show(const Cfg& cfg) {
+    m_userShortcuts = cfg.shortcuts;
+    m_builtInShortcuts = uncoveredDefaultShortcuts(cfg.shortcuts);
+    m_rows = comboRows(m_userShortcuts, m_builtInShortcuts, cfg.mappings);
+    Q_EMIT rowsChanged();
+}
+
+const Shortcut* ComboVM::find(const QString& id) const {
+    for (const auto* list : {&m_userShortcuts, &m_builtInShortcuts}) {
+        const auto found = findById(*list, id);
+        if (found != list->end())
+            return &*found;
+    }
+    return nullptr;
+}
+
+} // namespace tamsel
