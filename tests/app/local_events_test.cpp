@@ -90,91 +90,72 @@ struct LocalEventsTest : testing::Test {
 };
 
 TEST_F(LocalEventsTest, TellsKeysApart) {
-    struct Case {
-        Key key;
-        Qt::KeyboardModifiers modifiers;
-        LocalKeyEvent::CodeKind codeKind;
-        int keyCode;
-        QString characters;
-    };
     using enum LocalKeyEvent::CodeKind;
-    for (const Case& c : std::initializer_list<Case>{
-             {a, none, virtualKey, 0, "a"},
-             {{KEY_A, Qt::Key_Q, "q"}, none, virtualKey, 0, "q"}, // another layout
-             {{KEY_A, Qt::Key_A, "A"}, none, virtualKey, 0, "a"}, // Caps Lock
-             {{KEY_A, Qt::Key_A, "A"}, Qt::ShiftModifier, virtualKey, 0, "A"},
-             {{KEY_A, Qt::Key_A, "\x01"}, Qt::ControlModifier, virtualKey, 0, "a"},
-             {{KEY_A, Qt::Key_A, ""}, Qt::MetaModifier, virtualKey, 0, "a"},
-             {{KEY_1, Qt::Key_Exclam, "!"}, Qt::ShiftModifier, virtualKey, 18, "!"},
-             {{KEY_ENTER, Qt::Key_Return, "\r"}, none, virtualKey, 36, "\r"},
-             {{KEY_INSERT, Qt::Key_Insert}, none, hidUsage, 73, ""},
-             {{KEY_KP1, Qt::Key_1, "1"}, Qt::KeypadModifier, hidUsage, 89, "1"},
-             {{KEY_PLAYPAUSE, Qt::Key_MediaPlay}, none, hidUsage, 0, ""},
-             {{0, Qt::Key_A, "a"}, none, virtualKey, 0, "a"},
-             {{0, Qt::Key_9, "9"}, none, virtualKey, 25, "9"},
-             {{0, Qt::Key_F13}, none, hidUsage, 104, ""},
-             {{0, Qt::Key_Escape}, none, virtualKey, 53, ""}}) {
-        SCOPED_TRACE(c.key.key);
-        EXPECT_FALSE(press(c.key, c.modifiers));
+    const auto expect = [&](const Key& key, Qt::KeyboardModifiers modifiers,
+                            LocalKeyEvent::CodeKind codeKind, int code, const QString& characters) {
+        SCOPED_TRACE(key.key);
+        EXPECT_FALSE(press(key, modifiers));
         const LocalKeyEvent event = only();
         EXPECT_EQ(event.kind, LocalKeyKind::keyDown);
-        EXPECT_EQ(event.codeKind, c.codeKind);
-        EXPECT_EQ(event.keyCode, c.keyCode);
-        EXPECT_EQ(event.charactersIgnoringModifiers, c.characters);
-        EXPECT_FALSE(release(c.key, c.modifiers));
+        EXPECT_EQ(event.codeKind, codeKind);
+        EXPECT_EQ(event.keyCode, code);
+        EXPECT_EQ(event.charactersIgnoringModifiers, characters);
+        EXPECT_FALSE(release(key, modifiers));
         EXPECT_EQ(only().kind, LocalKeyKind::keyUp);
-    }
+    };
+    expect({KEY_A, Qt::Key_Q, "q"}, none, virtualKey, 0, "q"); // on a French layout
+    expect({KEY_A, Qt::Key_A, "A"}, none, virtualKey, 0, "a"); // Caps Lock
+    expect({KEY_A, Qt::Key_A, "A"}, Qt::ShiftModifier, virtualKey, 0, "A");
+    expect({KEY_A, Qt::Key_A, "\x01"}, Qt::ControlModifier, virtualKey, 0, "a");
+    expect({KEY_1, Qt::Key_Exclam, "!"}, Qt::ShiftModifier, virtualKey, 18, "!");
+    expect({KEY_INSERT, Qt::Key_Insert}, none, hidUsage, 73, "");
+    expect({KEY_PLAYPAUSE, Qt::Key_MediaPlay}, none, hidUsage, 0, "");
+    expect({0, Qt::Key_9, "9"}, none, virtualKey, 25, "9");
+    expect({0, Qt::Key_F13}, none, hidUsage, 104, "");
+    expect({0, Qt::Key_Escape}, none, virtualKey, 53, "");
 }
 
 TEST_F(LocalEventsTest, FollowsModifiersBySide) {
-    struct Step {
-        QEvent::Type type;
-        Key key;
-        Qt::KeyboardModifiers modifiers; ///< as the toolkit reports them
-        int keyCode;
-        std::uint32_t flags;
-    };
     constexpr auto down = QEvent::KeyPress;
     constexpr auto up = QEvent::KeyRelease;
+    // `modifiers` as the toolkit reports them, `flags` as the monitor gets them.
+    const auto step = [&](QEvent::Type type, const Key& key, Qt::KeyboardModifiers modifiers,
+                          int code, std::uint32_t flags) {
+        EXPECT_FALSE(send(type, key, modifiers));
+        const LocalKeyEvent event = only();
+        const bool isA = key.code == KEY_A;
+        EXPECT_EQ(event.kind, isA ? LocalKeyKind::keyDown : LocalKeyKind::flagsChanged);
+        EXPECT_EQ(event.keyCode, code);
+        EXPECT_EQ(event.modifierFlags, flags) << code;
+        EXPECT_EQ(event.charactersIgnoringModifiers.isEmpty(), !isA);
+    };
     const Key altWithShift{KEY_LEFTALT, Qt::Key_Meta};
     const Key altGr{KEY_RIGHTALT, Qt::Key_AltGr};
     const Key caps{KEY_CAPSLOCK, Qt::Key_CapsLock};
     const Key super{KEY_RIGHTMETA, Qt::Key_Meta};
+    const Key program{0, Qt::Key_Control};
     const Key function{KEY_FN, Qt::Key_unknown};
-    const auto bothShifts = shift | leftShift | rightShift;
-    for (const Step& step : std::initializer_list<Step>{
-             {down, leftShiftKey, Qt::ShiftModifier, 56, shift | leftShift},
-             {down, rightShiftKey, Qt::ShiftModifier, 60, bothShifts},
-             {up, rightShiftKey, none, 60, shift | leftShift}, // reads as if no Shift were held
-             {down, a, Qt::ShiftModifier, 0, shift | leftShift},
-             {down, altWithShift, Qt::ShiftModifier | Qt::AltModifier, 58,
-              shift | leftShift | option | leftOption},
-             {down, a, Qt::ShiftModifier | Qt::AltModifier, 0,
-              shift | leftShift | option | leftOption},
-             {up, leftShiftKey, Qt::AltModifier, 56, option | leftOption},
-             {up, altWithShift, none, 58, 0},
-             {down, altGr, none, 61, option | rightOption},
-             {down, a, none, 0, option | rightOption},
-             {up, altGr, none, 61, 0},
-             {down, caps, none, 57, capsLock},
-             {up, caps, none, 57, 0},
-             {down, super, Qt::MetaModifier, 54, command | rightCommand},
-             {up, super, Qt::MetaModifier, 54, 0}, // reported as still held
-             {down, function, none, 255, fn},
-             {up, function, none, 255, 0},
-             {down, a, Qt::ControlModifier, 0,
-              control}, // held since before the window had the keys
-             {down, {0, Qt::Key_Control}, Qt::ControlModifier, 59, control | leftControl},
-             {up, {0, Qt::Key_Control}, none, 59, 0}}) {
-        SCOPED_TRACE(step.keyCode);
-        EXPECT_FALSE(send(step.type, step.key, step.modifiers));
-        const LocalKeyEvent event = only();
-        EXPECT_EQ(event.kind,
-                  step.key.code == KEY_A ? LocalKeyKind::keyDown : LocalKeyKind::flagsChanged);
-        EXPECT_EQ(event.keyCode, step.keyCode);
-        EXPECT_EQ(event.modifierFlags, step.flags);
-        EXPECT_EQ(event.charactersIgnoringModifiers.isEmpty(), step.key.code != KEY_A);
-    }
+    const auto leftOnly = shift | leftShift;
+    const auto shiftAndAlt = leftOnly | option | leftOption;
+    step(down, leftShiftKey, Qt::ShiftModifier, 56, leftOnly);
+    step(down, rightShiftKey, Qt::ShiftModifier, 60, leftOnly | rightShift);
+    step(up, rightShiftKey, none, 60, leftOnly); // reads as if no Shift were held
+    step(down, altWithShift, Qt::ShiftModifier | Qt::AltModifier, 58, shiftAndAlt);
+    step(down, a, Qt::ShiftModifier | Qt::AltModifier, 0, shiftAndAlt);
+    step(up, leftShiftKey, Qt::AltModifier, 56, option | leftOption);
+    step(up, altWithShift, none, 58, 0);
+    step(down, altGr, none, 61, option | rightOption);
+    step(down, a, none, 0, option | rightOption);
+    step(up, altGr, none, 61, 0);
+    step(down, caps, none, 57, capsLock);
+    step(up, caps, none, 57, 0);
+    step(down, super, Qt::MetaModifier, 54, command | rightCommand);
+    step(up, super, Qt::MetaModifier, 54, 0); // reads as if it were still held
+    step(down, function, none, 255, fn);
+    step(up, function, none, 255, 0);
+    step(down, a, Qt::ControlModifier, 0, control); // held since another window had the keyboard
+    step(down, program, Qt::ControlModifier, 59, control | leftControl);
+    step(up, program, none, 59, 0);
 }
 
 TEST_F(LocalEventsTest, AModifierReleasedUnseenDoesNotStick) {
