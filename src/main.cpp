@@ -2,11 +2,16 @@
 #include "app/connection_vm.h"
 #include "app/launch_at_login_mgr.h"
 #include "config/storage_mgr.h"
+#include "daemon/daemon_event_hub.h"
 #include "daemon/daemon_mgr.h"
 #include "daemon/daemon_xpc_client.h"
 #include "daemon/protocol/socket_path.h"
 #include "driver/system_extension_mgr.h"
+#include "editors/combo_vm.h"
 #include "editors/mapping_vm.h"
+#include "keytools/key_recorder_vm.h"
+#include "keytools/key_viewer_vm.h"
+#include "keytools/keyboard_shortcut_handler.h"
 #include "log/logger.h"
 #include "platform/linux/child_process_runner.h"
 #include "platform/linux/dbus_daemon_connection.h"
@@ -14,6 +19,7 @@
 #include "platform/linux/folder_bundle.h"
 #include "platform/linux/journal_system_log.h"
 #include "platform/linux/linux_service_management.h"
+#include "platform/linux/qt_local_events.h"
 #include "platform/linux/qt_main_queue.h"
 #include "platform/linux/qt_pasteboard.h"
 #include "platform/linux/real_clock.h"
@@ -78,6 +84,7 @@ int main(int argc, char** argv) {
     tamsel::JournalSystemLog systemLog("app.tamsel", "app");
     tamsel::QtPasteboard pasteboard(queue);
     tamsel::DesktopWorkspace workspace;
+    tamsel::QtLocalEvents localEvents(application);
     tamsel::NotificationCenter notifications;
     const auto defaults =
         tamsel::SqliteUserDefaults::open(tamsel::SqliteUserDefaults::standardFile());
@@ -106,12 +113,21 @@ int main(int argc, char** argv) {
     tamsel::LaunchAtLoginMgr launchAtLogin(services, **defaults, logger);
 
     tamsel::ConnectionVM connection(daemon);
+    tamsel::DaemonEventHub eventHub(daemon, localEvents, queue);
     tamsel::MappingVM mapping(storage, daemon);
+    tamsel::ComboVM combo(storage, daemon, workspace);
+    using Modifiers = tamsel::KeyRecorderVM::Modifiers;
+    tamsel::KeyRecorderVM keyRecorder(eventHub, localEvents, queue, Modifiers::ignored);
+    tamsel::KeyRecorderVM comboRecorder(eventHub, localEvents, queue, Modifiers::captured);
+    tamsel::KeyViewerVM keyViewer(eventHub, clock);
     tamsel::MainVM main(notifications);
+    tamsel::KeyboardShortcutHandler screenKeys(localEvents, main.screenKeys());
+    tamsel::KeyboardShortcutHandler aboutKeys(localEvents, main.aboutKeys());
     tamsel::AppDelegate delegate(
         {queue, logger, storage, daemon, daemonMgr, sysExtMgr, launchAtLogin});
 
-    const tamsel::MainWindow window({main, mapping, connection});
+    const tamsel::MainWindow window({main, mapping, combo, connection, keyRecorder, comboRecorder,
+                                     keyViewer, screenKeys, aboutKeys});
     if (!window.window())
         return cantStart("the window can't be loaded");
     delegate.applicationDidFinishLaunching();

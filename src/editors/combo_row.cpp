@@ -21,6 +21,13 @@ QString oneLine(QString text) {
     return text.replace(u'\n', u'↵').replace(u'\t', u'⇥');
 }
 
+/// A chord of no keys only swallows its trigger.
+QString shownValue(const ShortcutAction& action) {
+    if (action.type == ActionType::keyPress && action.value.empty())
+        return QStringLiteral("—");
+    return oneLine(QString::fromStdString(action.value));
+}
+
 QString keyName(quint32 code) {
     return code == KeyCodes::noKey ? QString() : QString::fromStdString(KeyCodes::name(code));
 }
@@ -58,12 +65,12 @@ ComboRow row(const Shortcut& shortcut, Origin origin, const Marks& marks) {
         .linkText = oneLine(title.linkText),
         .keys = capNames(shortcut.keys.modifiers, shortcut.keys.keyCode),
         .action = actionTitle(shortcut.action.type),
-        .value = oneLine(QString::fromStdString(shortcut.action.value)),
+        .value = shownValue(shortcut.action),
         .holdMode = shortcut.actionUp.has_value(),
     };
     if (shortcut.actionUp) {
         out.upAction = actionTitle(shortcut.actionUp->type);
-        out.upValue = oneLine(QString::fromStdString(shortcut.actionUp->value));
+        out.upValue = shownValue(*shortcut.actionUp);
     }
     if (const auto conflict = marks.keys.find(shortcut.id); conflict != marks.keys.end()) {
         out.keyConflict = true;

@@ -111,7 +111,8 @@ void ComboVM::openLink(const QString& id) {
 }
 
 void ComboVM::openEditor(const Shortcut& shortcut) {
-    m_editor = std::make_unique<ShortcutEditVM>(shortcut);
+    using enum ShortcutEditVM::Kind;
+    m_editor = std::make_unique<ShortcutEditVM>(shortcut, m_isAddingNew ? added : existing);
     Q_EMIT editorChanged();
 }
 

@@ -21,6 +21,7 @@ class Workspace;
 class ComboVM final : public QObject {
     Q_OBJECT
     Q_PROPERTY(QList<tamsel::ComboRow> rows READ rows NOTIFY rowsChanged)
+    Q_PROPERTY(int ownCount READ ownCount NOTIFY rowsChanged)
     Q_PROPERTY(tamsel::ShortcutEditVM* editor READ editor NOTIFY editorChanged)
 
 public:
@@ -28,6 +29,8 @@ public:
             QObject* parent = nullptr);
 
     const QList<ComboRow>& rows() const { return m_rows; }
+    /// How many of the rows are the user's; they come first.
+    int ownCount() const { return int(m_userShortcuts.size()); }
     /// The open editor's model, owned here; null while none is open.
     ShortcutEditVM* editor() const { return m_editor.get(); }
 

@@ -39,8 +39,8 @@ void switchType(ShortcutAction& action, ShortcutEditVM::Action to,
 
 } // namespace
 
-ShortcutEditVM::ShortcutEditVM(const Shortcut& shortcut, QObject* parent)
-    : QObject(parent), m_editedShortcut(shortcut) {}
+ShortcutEditVM::ShortcutEditVM(const Shortcut& shortcut, Kind kind, QObject* parent)
+    : QObject(parent), m_editedShortcut(shortcut), m_kind(kind) {}
 
 bool ShortcutEditVM::canSave() const {
     return tamsel::canSave(m_editedShortcut, m_mainKeyPick);

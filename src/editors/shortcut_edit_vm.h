@@ -13,6 +13,7 @@ namespace tamsel {
 /// thread only.
 class ShortcutEditVM final : public QObject {
     Q_OBJECT
+    Q_PROPERTY(bool isNew READ isNew CONSTANT)
     Q_PROPERTY(QString title READ title WRITE setTitle NOTIFY changed)
     Q_PROPERTY(quint32 keyCode READ keyCode NOTIFY changed)
     Q_PROPERTY(QString keyName READ keyName NOTIFY changed)
@@ -37,10 +38,14 @@ public:
     enum Action { Command, KeyPress, TypeText, PasteClipboard, OpenURL };
     Q_ENUM(Action)
 
-    explicit ShortcutEditVM(const Shortcut& shortcut, QObject* parent = nullptr);
+    /// Whether the combo is one that did not exist before.
+    enum class Kind { added, existing };
+
+    ShortcutEditVM(const Shortcut& shortcut, Kind kind, QObject* parent = nullptr);
 
     const Shortcut& editedShortcut() const { return m_editedShortcut; }
     bool canSave() const;
+    bool isNew() const { return m_kind == Kind::added; }
 
     QString title() const { return QString::fromStdString(m_editedShortcut.title); }
     void setTitle(const QString& title);
@@ -87,6 +92,7 @@ signals:
 
 private:
     Shortcut m_editedShortcut;
+    Kind m_kind;
     MainKeyPick m_mainKeyPick = MainKeyPick::accepted;
     QMap<Action, std::string> m_values;   ///< of the types that are not chosen
     QMap<Action, std::string> m_upValues; ///< the same for the release action

@@ -29,13 +29,8 @@ KeyRecorderVM::~KeyRecorderVM() {
     leaveHub();
 }
 
-void KeyRecorderVM::startCapture(const QString& target) {
-    if (m_isCapturing)
-        return;
-    m_target = target;
-    startCapture([this, target](const RecordedKey& key) {
-        Q_EMIT recorded(target, key.keyCode, key.modifiers);
-    });
+void KeyRecorderVM::startCapture() {
+    startCapture([this](const RecordedKey& key) { Q_EMIT recorded(key.keyCode, key.modifiers); });
 }
 
 void KeyRecorderVM::startCapture(Completion onComplete) {
@@ -121,11 +116,6 @@ QStringList KeyRecorderVM::heldModifierNames() const {
     return names;
 }
 
-void KeyRecorderVM::cancelFor(const QString& target) {
-    if (m_isCapturing && m_target == target)
-        cancel();
-}
-
 void KeyRecorderVM::finishCapture(const std::optional<RecordedKey>& result) {
     if (!m_isCapturing)
         return;
@@ -135,7 +125,6 @@ void KeyRecorderVM::finishCapture(const std::optional<RecordedKey>& result) {
     leaveHub();
     const Completion onComplete = std::exchange(m_onComplete, nullptr);
     m_heldModifiers.clear();
-    m_target.clear();
     Q_EMIT isCapturingChanged();
     if (result && onComplete)
         onComplete(*result);

@@ -29,11 +29,10 @@ struct RecordedKey {
 
 /// Records the next key that is pressed: a keyboard key from the application's own windows, where
 /// nothing else gets it, or a mouse button that the daemon reports. Escape or ten seconds without a
-/// key cancel. One model serves many record buttons, told apart by their targets. Main thread only.
+/// key cancel. One model can serve many record buttons in turn. Main thread only.
 class KeyRecorderVM final : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool isCapturing READ isCapturing NOTIFY isCapturingChanged)
-    Q_PROPERTY(QString target READ target NOTIFY isCapturingChanged)
     Q_PROPERTY(bool isDaemonConnected READ isDaemonConnected NOTIFY isDaemonConnectedChanged)
     Q_PROPERTY(bool captureModifiers READ captureModifiers CONSTANT)
 
@@ -49,26 +48,22 @@ public:
     ~KeyRecorderVM() override;
 
     bool isCapturing() const { return m_isCapturing; }
-    /// Whom the running record is for; empty when none runs.
-    QString target() const { return m_target; }
     /// Whether the daemon reports mouse buttons, as last learned.
     bool isDaemonConnected() const { return m_isDaemonConnected; }
     bool captureModifiers() const { return m_modifiers == Modifiers::captured; }
 
     /// Begins a record; nothing happens while one runs. A cancelled record calls nothing.
     void startCapture(Completion onComplete);
-    /// The same for QML: `recorded` tells the result together with `target`.
-    Q_INVOKABLE void startCapture(const QString& target);
+    /// The same for QML: `recorded` tells the result, after isCapturing has become false.
+    Q_INVOKABLE void startCapture();
     /// Ends the running record: nothing cancels it, a key is its result.
     void finishCapture(const std::optional<RecordedKey>& result);
     Q_INVOKABLE void cancel() { finishCapture(std::nullopt); }
-    /// Cancels if the running record is for `target`; for a button that goes away.
-    Q_INVOKABLE void cancelFor(const QString& target);
 
 signals:
     void isCapturingChanged();
     void isDaemonConnectedChanged();
-    void recorded(const QString& target, quint32 keyCode, const QStringList& modifiers);
+    void recorded(quint32 keyCode, const QStringList& modifiers);
 
 private:
     enum class Motion { up, down };
@@ -86,7 +81,6 @@ private:
     const Modifiers m_modifiers;
     bool m_isCapturing = false;
     bool m_isDaemonConnected = false;
-    QString m_target;
     Completion m_onComplete;
     std::optional<QUuid> m_hubToken;
     std::unique_ptr<LocalEventMonitor> m_keyMonitor;

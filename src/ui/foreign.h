@@ -4,7 +4,13 @@
 // QML; instances reach the screens as properties of the window, never as singletons.
 
 #include "app/connection_vm.h"
+#include "editors/combo_row.h"
+#include "editors/combo_vm.h"
 #include "editors/mapping_vm.h"
+#include "editors/shortcut_edit_vm.h"
+#include "keytools/key_recorder_vm.h"
+#include "keytools/key_viewer_vm.h"
+#include "keytools/keyboard_shortcut_handler.h"
 
 #include <QtQml/qqml.h>
 
@@ -28,6 +34,53 @@ struct MappingRowForeign {
     Q_GADGET
     QML_FOREIGN(tamsel::MappingRow)
     QML_VALUE_TYPE(mappingRow)
+};
+
+struct ComboVMForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::ComboVM)
+    QML_NAMED_ELEMENT(ComboVM)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct ShortcutEditVMForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::ShortcutEditVM)
+    QML_NAMED_ELEMENT(ShortcutEditVM)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct KeyRecorderVMForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::KeyRecorderVM)
+    QML_NAMED_ELEMENT(KeyRecorderVM)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct KeyViewerVMForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::KeyViewerVM)
+    QML_NAMED_ELEMENT(KeyViewerVM)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct KeyboardShortcutHandlerForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::KeyboardShortcutHandler)
+    QML_NAMED_ELEMENT(KeyboardShortcutHandler)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct ComboRowForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::ComboRow)
+    QML_VALUE_TYPE(comboRow)
+};
+
+struct KeyViewerEventForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::KeyViewerEvent)
+    QML_VALUE_TYPE(keyViewerEvent)
 };
 
 } // namespace tamsel

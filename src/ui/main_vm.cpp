@@ -12,8 +12,16 @@ MainVM::MainVM(NotificationCenter& notifications, QObject* parent)
     connect(&notifications, &NotificationCenter::keyboardShortcutA, this, &MainVM::addRequested);
 }
 
-void MainVM::add() {
-    Q_EMIT m_notifications.keyboardShortcutA();
+KeyboardShortcutHandler::Shortcuts MainVM::screenKeys() {
+    KeyboardShortcutHandler::Shortcuts keys{
+        {u'a', [this] { Q_EMIT m_notifications.keyboardShortcutA(); }}};
+    for (const MenuItem item : {Dashboard, Mapping, Combo, Devices, About})
+        keys[QChar(u'1' + item)] = [this, item] { select(item); };
+    return keys;
+}
+
+KeyboardShortcutHandler::Shortcuts MainVM::aboutKeys() {
+    return {{u'k', [this] { Q_EMIT keyViewerRequested(); }}};
 }
 
 void MainVM::select(MenuItem item) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "keytools/keyboard_shortcut_handler.h"
+
 #include <QObject>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
@@ -30,13 +32,17 @@ public:
     /// Chooses the screen that an application URL names, whatever the name's case; "" is the
     /// dashboard. A name that no screen has leaves the selection as it is.
     Q_INVOKABLE void navigate(const QString& pageName);
-    /// The key for adding was pressed: posts "KeyboardShortcut_A".
-    Q_INVOKABLE void add();
+    /// The plain keys of the window: a digit for each entry, and "a", which posts
+    /// "KeyboardShortcut_A".
+    KeyboardShortcutHandler::Shortcuts screenKeys();
+    /// The plain keys of the About screen.
+    KeyboardShortcutHandler::Shortcuts aboutKeys();
 
 signals:
     void selectedChanged();
     /// "KeyboardShortcut_A" was posted: the screen that is shown adds a row.
     void addRequested();
+    void keyViewerRequested();
 
 private:
     NotificationCenter& m_notifications;

@@ -1,7 +1,11 @@
 #include "ui/main_window.h"
 
 #include "app/connection_vm.h"
+#include "editors/combo_vm.h"
 #include "editors/mapping_vm.h"
+#include "keytools/key_recorder_vm.h"
+#include "keytools/key_viewer_vm.h"
+#include "keytools/keyboard_shortcut_handler.h"
 #include "ui/main_vm.h"
 
 #include <QScreen>
@@ -23,7 +27,13 @@ MainWindow::MainWindow(const WindowModels& models) {
     m_engine.setInitialProperties({
         {QStringLiteral("main"), QVariant::fromValue(&models.main)},
         {QStringLiteral("mapping"), QVariant::fromValue(&models.mapping)},
+        {QStringLiteral("combo"), QVariant::fromValue(&models.combo)},
         {QStringLiteral("connection"), QVariant::fromValue(&models.connection)},
+        {QStringLiteral("keyRecorder"), QVariant::fromValue(&models.keyRecorder)},
+        {QStringLiteral("comboRecorder"), QVariant::fromValue(&models.comboRecorder)},
+        {QStringLiteral("keyViewer"), QVariant::fromValue(&models.keyViewer)},
+        {QStringLiteral("screenKeys"), QVariant::fromValue(&models.screenKeys)},
+        {QStringLiteral("aboutKeys"), QVariant::fromValue(&models.aboutKeys)},
     });
     m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Tamsel/screens/MainV.qml")));
     if (QQuickWindow* main = window()) {

@@ -5,7 +5,11 @@
 
 namespace tamsel {
 
+class ComboVM;
 class ConnectionVM;
+class KeyRecorderVM;
+class KeyViewerVM;
+class KeyboardShortcutHandler;
 class MainVM;
 class MappingVM;
 
@@ -13,7 +17,13 @@ class MappingVM;
 struct WindowModels {
     MainVM& main;
     MappingVM& mapping;
+    ComboVM& combo;
     ConnectionVM& connection;
+    KeyRecorderVM& keyRecorder;   ///< single keys, for mappings
+    KeyRecorderVM& comboRecorder; ///< keys with the modifiers held with them, for triggers
+    KeyViewerVM& keyViewer;
+    KeyboardShortcutHandler& screenKeys; ///< the main window's plain keys
+    KeyboardShortcutHandler& aboutKeys;  ///< those of the About screen
 };
 
 /// The main window and the QML engine behind it. Main thread; make it after the application object

@@ -1,12 +1,18 @@
 // Shows the window over sample rows and a daemon in memory, to look at it and to drive it.
-// usage: ui_preview [--dark] [--size WxH] [--page NAME] [--rows N] [--disconnected]
+// usage: ui_preview [--dark] [--size WxH] [--page NAME] [--rows N] [--edit ID] [--disconnected]
 
 #include "app/connection_vm.h"
 #include "config/storage_mgr.h"
+#include "daemon/daemon_event_hub.h"
 #include "daemon/daemon_xpc_client.h"
+#include "editors/combo_vm.h"
 #include "editors/mapping_vm.h"
+#include "keytools/key_recorder_vm.h"
+#include "keytools/key_viewer_vm.h"
+#include "keytools/keyboard_shortcut_handler.h"
 #include "log/logger.h"
 #include "platform/fake/fake_daemon.h"
+#include "platform/fake/fake_local_events.h"
 #include "platform/fake/fake_main_queue.h"
 #include "platform/fake/fake_system.h"
 #include "platform/notification_center.h"
@@ -21,6 +27,56 @@ namespace {
 
 using namespace tamsel;
 
+std::vector<Shortcut> sampleCombos(int rows) {
+    using enum ActionType;
+    const std::vector<Shortcut> samples{
+        {"COMBO-1",
+         true,
+         "Open Chrome [Website](https://www.google.com/chrome/)",
+         {5, {"right_option"}},
+         {command, "open -a 'Google Chrome'"}},
+        {"COMBO-2",
+         true,
+         "Open Brave [Website](https://brave.com)",
+         {5, {"right_option"}},
+         {command, "open -a 'Brave Browser'"}},
+        {"COMBO-3",
+         true,
+         "Snapko Screenshot (Area)",
+         {33, {"command", "shift"}},
+         {command, "open -g 'snapko://capture?mode=area'"}},
+        {"COMBO-4",
+         true,
+         "Push to talk",
+         {109, {}},
+         {openURL, "talk://start"},
+         ShortcutAction{openURL, "talk://stop"}},
+        {"COMBO-5",
+         true,
+         "Drop-down terminal",
+         {53, {"left_control"}},
+         {command, "dropterm --toggle"}},
+        {"COMBO-6",
+         false,
+         "E-mail sign-off",
+         {22, {"right_command"}},
+         {typeText, "Grüße aus Zürich, Mira"},
+         ShortcutAction{openURL, "file:///tmp"}},
+        {"COMBO-7",
+         true,
+         "Back in browser",
+         {13, {"right_option"}},
+         {keyPress, "left_command+left_arrow"},
+         ShortcutAction{openURL, "status://released"}},
+    };
+    std::vector<Shortcut> combos;
+    for (int i = 0; i < rows; ++i) {
+        combos.push_back(samples[std::size_t(i) % samples.size()]);
+        combos.back().id = "COMBO-" + std::to_string(i + 1);
+    }
+    return combos;
+}
+
 Cfg sampleConfig(int rows) {
     Cfg cfg;
     const std::vector<KeyMapping> samples{
@@ -34,6 +90,7 @@ Cfg sampleConfig(int rows) {
         mapping.id = "SAMPLE-" + std::to_string(i + 1);
         cfg.mappings.push_back(mapping);
     }
+    cfg.shortcuts = sampleCombos(rows);
     return cfg;
 }
 
@@ -45,7 +102,9 @@ int main(int argc, char** argv) {
     arguments.addOptions({{"dark", "dark palette"},
                           {"size", "window size, WxH", "size"},
                           {"page", "screen to show", "page", "mapping"},
-                          {"rows", "user mappings", "rows", "4"},
+                          {"rows", "user mappings and combos", "rows", "4"},
+                          {"edit", "combo to edit", "id"},
+                          {"viewer", "open the key viewer"},
                           {"disconnected", "no daemon"}});
     arguments.process(application);
     if (arguments.isSet("dark")) {
@@ -68,17 +127,47 @@ int main(int argc, char** argv) {
     ConnectionVM connection(daemon);
     storage.save(sampleConfig(arguments.value("rows").toInt()));
     MappingVM mapping(storage, daemon);
+    ComboVM combo(storage, daemon, workspace);
+    FakeLocalEvents localEvents;
+    DaemonEventHub eventHub(daemon, localEvents, queue);
+    KeyRecorderVM keyRecorder(eventHub, localEvents, queue, KeyRecorderVM::Modifiers::ignored);
+    KeyRecorderVM comboRecorder(eventHub, localEvents, queue, KeyRecorderVM::Modifiers::captured);
+    KeyViewerVM keyViewer(eventHub, clock);
     MainVM main(notifications);
+    KeyboardShortcutHandler screenKeys(localEvents, main.screenKeys());
+    KeyboardShortcutHandler aboutKeys(localEvents, main.aboutKeys());
     main.navigate(arguments.value("page"));
     if (!arguments.isSet("disconnected")) {
         daemon.sendConfig(storage.load());
         queue.runPending();
     }
 
-    const MainWindow window({main, mapping, connection});
+    const MainWindow window({main, mapping, combo, connection, keyRecorder, comboRecorder,
+                             keyViewer, screenKeys, aboutKeys});
     if (!window.window())
         return 1;
     if (const QStringList size = arguments.value("size").split('x'); size.size() == 2)
         window.window()->resize(size[0].toInt(), size[1].toInt());
+    combo.edit(arguments.value("edit"));
+    if (arguments.isSet("viewer")) {
+        Q_EMIT main.keyViewerRequested();
+        queue.runPending();
+        const struct {
+            quint32 in;
+            KeyEventAction action;
+            quint32 out;
+            bool apple;
+        } samples[] = {{57, keyRemap, 224, true},
+                       {4, keyPassthrough, 4, true},
+                       {230, keyPassthrough, 230, false},
+                       {5, keySuppress, 5, false},
+                       {128, keyMedia, 128, false}};
+        for (const auto& sample : samples) {
+            for (const bool down : {true, false})
+                fakeDaemon.current->exported->onKeyEvent(
+                    {sample.in, down, sample.action, sample.out, sample.apple});
+        }
+        queue.runPending();
+    }
     return QGuiApplication::exec();
 }

@@ -46,14 +46,21 @@ TEST(MainVM, StartsOnTheDashboard) {
     EXPECT_EQ(MainVM(notifications).selected(), MainVM::Dashboard);
 }
 
-TEST(MainVM, AddingGoesThroughTheNotificationCentre) {
+TEST(MainVM, PlainKeysChooseScreensAndAdd) {
     NotificationCenter notifications;
     MainVM main(notifications);
     int posted = 0;
     int requested = 0;
     QObject::connect(&notifications, &NotificationCenter::keyboardShortcutA, [&] { ++posted; });
     QObject::connect(&main, &MainVM::addRequested, [&] { ++requested; });
-    main.add();
+    const auto keys = main.screenKeys();
+    EXPECT_EQ(keys.size(), 6U);
+    for (const auto item :
+         {MainVM::About, MainVM::Devices, MainVM::Combo, MainVM::Mapping, MainVM::Dashboard}) {
+        keys.at(QChar(u'1' + item))();
+        EXPECT_EQ(main.selected(), item);
+    }
+    keys.at(u'a')();
     EXPECT_EQ(posted, 1);
     EXPECT_EQ(requested, 1);
 }

@@ -1,20 +1,28 @@
 import QtQuick
 import Tamsel
 
-// A key of a mapping in one outline: the selector, and at its right the controls in `trailing`.
+// A key in one outline: the selector, and the record button where there is a recording to lend.
 FocusScope {
     id: field
 
     required property string role
     required property int keyCode
     required property string keyName
+    // Shows the key without offering the menu; recording still replaces it.
     property bool readOnly: false
-    default property alias trailing: trailingRow.data
+    property Recording recording: null
+
+    readonly property RecordButton recordButton: recorder.item as RecordButton
+    readonly property bool capturing: recordButton && recordButton.capturing
 
     signal picked(int code)
+    signal recorded(int code, var modifiers)
 
     function focusSelector(reason: int): void {
-        selector.forceActiveFocus(reason);
+        (readOnly ? recordButton : selector).forceActiveFocus(reason);
+    }
+    function focusRecordButton(reason: int): void {
+        recordButton.forceActiveFocus(reason);
     }
 
     implicitHeight: Theme.fieldHeight
@@ -22,42 +30,67 @@ FocusScope {
     Rectangle {
         anchors.fill: parent
         radius: Theme.radiusField
-        color: field.readOnly ? Theme.surfaceAlt : Theme.field
-        border { width: 1; color: field.readOnly ? Theme.border : Theme.borderStrong }
+        color: field.readOnly && !field.capturing ? Theme.surfaceAlt : Theme.field
+        border {
+            width: field.capturing ? Theme.focusWidth : 1
+            color: field.capturing ? Theme.red : field.readOnly ? Theme.border : Theme.borderStrong
+        }
 
         FocusRing {
-            visible: selector.activeFocus || selector.menuOpen
+            visible: (selector.activeFocus || selector.menuOpen) && !field.capturing
             gap: 1
         }
     }
 
     Label {
-        visible: field.readOnly
+        visible: field.readOnly && !field.capturing
         x: 13
         anchors.verticalCenter: parent.verticalCenter
-        width: parent.width - 2 * x
+        width: selector.width - 2 * x
         type: Theme.mono
         text: field.keyName
         color: Theme.textMuted
         Accessible.name: qsTr("%1: %2").arg(field.role).arg(field.keyName)
         Accessible.ignored: !visible
     }
-
     KeySelector {
         id: selector
         height: parent.height
-        width: parent.width - trailingRow.width
-        visible: !field.readOnly
+        width: parent.width - recorder.width
+        visible: !field.readOnly && !field.capturing
         role: field.role
         keyCode: field.keyCode
         keyName: field.keyName
         onPicked: code => field.picked(code)
     }
-
-    Row {
-        id: trailingRow
+    Label {
+        visible: field.capturing
+        x: 13
+        anchors.verticalCenter: parent.verticalCenter
+        width: selector.width - x - 4
+        minimumPixelSize: 11
+        fontSizeMode: Text.HorizontalFit
+        text: field.capturing ? field.recordButton.hint : ""
+        Accessible.role: Accessible.AlertMessage
+        Accessible.ignored: !visible
+    }
+    Rectangle {
+        anchors.verticalCenter: parent.verticalCenter
+        x: selector.width
+        width: 1
+        height: 20
+        visible: recorder.active && !field.capturing && !field.readOnly
+        color: Theme.border
+    }
+    Loader {
+        id: recorder
         anchors.right: parent.right
-        height: parent.height
-        visible: !field.readOnly
+        active: field.recording
+        width: active ? Theme.fieldHeight : 0
+        sourceComponent: RecordButton {
+            recording: field.recording
+            role: field.role
+            onRecorded: (keyCode, modifiers) => field.recorded(keyCode, modifiers)
+        }
     }
 }

@@ -2,20 +2,11 @@ import QtQuick
 import QtQuick.Templates as T
 import Tamsel
 
-// The frame of a screen: a fixed header where there is a title, and under it the contents, which
-// scroll. What takes the keyboard focus scrolls into view.
-FocusScope {
+// A screen whose contents scroll as one. What takes the keyboard focus scrolls into view.
+PageFrame {
     id: page
 
-    property string title
-    property alias actions: actionRow.data
     default property alias contents: column.data
-
-    // The window shows this screen; false while it is hidden.
-    readonly property bool shown: Window.visibility !== Window.Hidden
-
-    // The user wants a new row.
-    signal addRequested()
 
     function scrollToTop(): void {
         flick.contentY = 0;
@@ -30,42 +21,11 @@ FocusScope {
             flick.contentY = Math.min(bottom - flick.height, flick.contentHeight - flick.height);
     }
 
-    Connections {
-        target: page.Window.window
-        function onActiveFocusItemChanged(): void {
-            const focused = page.Window.activeFocusItem;
-            for (let item = focused; item; item = item.parent) {
-                if (item === column) {
-                    page.reveal(focused);
-                    return;
-                }
-            }
-        }
-    }
+    onFocusMoved: item => reveal(item)
 
-    Item {
-        id: header
-        x: Math.round((parent.width - width) / 2)
-        width: Math.min(parent.width - 2 * Theme.pagePadding, Theme.contentMaxWidth)
-        height: Theme.headerHeight
-        visible: page.title
-
-        Label {
-            anchors.verticalCenter: parent.verticalCenter
-            type: Theme.title
-            text: page.title
-            Accessible.role: Accessible.Heading
-        }
-        Row {
-            id: actionRow
-            anchors { right: parent.right; verticalCenter: parent.verticalCenter }
-            spacing: 8
-        }
-    }
-
-    Flickable {
+    body: Flickable {
         id: flick
-        anchors { fill: parent; topMargin: page.title ? Theme.headerHeight : 0 }
+        anchors.fill: parent
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         contentHeight: column.implicitHeight
@@ -74,7 +34,7 @@ FocusScope {
         Column {
             id: column
             x: Math.round((parent.width - width) / 2)
-            width: header.width
+            width: page.contentWidth
             topPadding: page.title ? 0 : 24
             bottomPadding: 24
         }

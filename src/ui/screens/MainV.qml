@@ -7,11 +7,13 @@ Window {
 
     required property MainVM main
     required property MappingVM mapping
+    required property ComboVM combo
     required property ConnectionVM connection
-
-    // Plain keys are commands only where nobody is typing; an open menu has its filter focused.
-    readonly property bool plainKeys: !(activeFocusItem instanceof TextInput
-                                        || activeFocusItem instanceof TextEdit)
+    required property KeyRecorderVM keyRecorder
+    required property KeyRecorderVM comboRecorder
+    required property KeyViewerVM keyViewer
+    required property KeyboardShortcutHandler screenKeys
+    required property KeyboardShortcutHandler aboutKeys
 
     function switchSide(): void {
         if (!sidebar.activeFocus) {
@@ -31,19 +33,18 @@ Window {
             pages.setSource("dash/DashV.qml", { connection: root.connection });
             break;
         case MainVM.Mapping:
-            pages.setSource("mapping/MappingV.qml", { mapping: root.mapping });
+            pages.setSource("mapping/MappingV.qml", { mapping: root.mapping,
+                                                      recording: keyRecording });
+            break;
+        case MainVM.Combo:
+            pages.setSource("combo/ComboV.qml", { combo: root.combo, recording: comboRecording });
+            break;
+        case MainVM.About:
+            pages.setSource("about/AboutV.qml", { main: root.main, keys: root.aboutKeys });
             break;
         default:
             pages.setSource("later/LaterV.qml", { title: sidebar.title });
         }
-    }
-
-    component PageShortcut: Shortcut {
-        required property MainVM main
-        required property int page
-
-        sequence: String(page + 1)
-        onActivated: main.selected = page
     }
 
     title: qsTr("Tamsel")
@@ -53,6 +54,14 @@ Window {
     minimumHeight: 620
     color: Theme.windowBg
     Component.onCompleted: showPage()
+    onVisibleChanged: {
+        if (visible) {
+            screenKeys.install();
+        } else {
+            screenKeys.remove();
+            keyViewer.active = false;
+        }
+    }
 
     Binding {
         target: Theme
@@ -64,21 +73,20 @@ Window {
         sequence: "F6"
         onActivated: root.switchSide()
     }
-    Shortcut {
-        sequence: "A"
-        enabled: root.plainKeys
-        onActivated: root.main.add()
+    Recording {
+        id: keyRecording
+        recorder: root.keyRecorder
     }
-    PageShortcut { page: MainVM.Dashboard; main: root.main; enabled: root.plainKeys }
-    PageShortcut { page: MainVM.Mapping; main: root.main; enabled: root.plainKeys }
-    PageShortcut { page: MainVM.Combo; main: root.main; enabled: root.plainKeys }
-    PageShortcut { page: MainVM.Devices; main: root.main; enabled: root.plainKeys }
-    PageShortcut { page: MainVM.About; main: root.main; enabled: root.plainKeys }
+    Recording {
+        id: comboRecording
+        recorder: root.comboRecorder
+    }
 
     Connections {
         target: root.main
         function onSelectedChanged(): void { root.showPage(); }
-        function onAddRequested(): void { (pages.item as Page).addRequested(); }
+        function onAddRequested(): void { (pages.item as PageFrame).addRequested(); }
+        function onKeyViewerRequested(): void { keyViewer.open(); }
     }
 
     Sidebar {
@@ -92,5 +100,20 @@ Window {
     Loader {
         id: pages
         anchors { fill: parent; leftMargin: sidebar.width }
+    }
+
+    Loader {
+        id: keyViewer
+
+        function open(): void {
+            active = true;
+            (item as KeyViewerPopup).requestActivate();
+        }
+
+        active: false
+        sourceComponent: KeyViewerPopup {
+            viewer: root.keyViewer
+            onClosing: keyViewer.active = false
+        }
     }
 }

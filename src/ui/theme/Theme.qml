@@ -96,6 +96,22 @@ QtObject {
         size: 12; lineHeight: 16; weight: Font.DemiBold
     }
     readonly property TextStyle pill: TextStyle { size: 11; lineHeight: 14; weight: Font.DemiBold }
+    readonly property TextStyle legend: TextStyle { size: 12; lineHeight: 16; weight: Font.DemiBold }
+    readonly property TextStyle legendLarge: TextStyle {
+        size: 13; lineHeight: 18; weight: Font.DemiBold
+    }
+    readonly property TextStyle legendModifier: TextStyle {
+        size: 12; lineHeight: 16; weight: Font.Medium
+    }
+    readonly property TextStyle legendModifierLarge: TextStyle {
+        size: 13; lineHeight: 18; weight: Font.Medium
+    }
+    readonly property TextStyle fieldLabel: TextStyle {
+        size: 12; lineHeight: 16; weight: Font.Medium
+    }
+    readonly property TextStyle formLabel: TextStyle {
+        size: 13; lineHeight: 18; weight: Font.DemiBold
+    }
     readonly property TextStyle hint: TextStyle { size: 11; lineHeight: 14; weight: Font.Medium }
     readonly property TextStyle mono: TextStyle {
         size: 12; lineHeight: 16; mono: true
@@ -114,11 +130,24 @@ QtObject {
     readonly property int radiusField: 8
     readonly property int radiusPopup: 10
     readonly property int radiusCard: 12
+    readonly property int radiusDialog: 14
 
     readonly property int controlHeight: 32
     readonly property int fieldHeight: 34
     readonly property int sidebarItemHeight: 38
     readonly property int mappingRowHeight: 58
+    readonly property int toggleHeight: 30
+    readonly property int segmentHeight: 34
+    readonly property int pillHeight: 20
+    readonly property int capHeight: 26
+    readonly property int capLargeHeight: 34
+    readonly property int conflictMark: 26
+    readonly property int comboCapsWidth: 192
+    readonly property int viewerRowHeight: 30
+    readonly property int editorWidth: 660
+    readonly property int dialogMargin: 24
+    readonly property int dialogPadding: 25
+    readonly property int dialogLabelWidth: 80
     readonly property int sectionHeight: 42
     readonly property int menuEntryHeight: 30
     readonly property int menuSectionHeight: 33

@@ -6,6 +6,7 @@ Card {
     id: card
 
     required property GadgetListModel model
+    required property Recording recording
     property bool readOnly: false
 
     signal removeRequested(string id, int control)
@@ -38,6 +39,7 @@ Card {
 
                 width: parent ? parent.width : 0
                 readOnly: owner && owner.readOnly
+                recording: owner ? owner.recording : null
                 onRemoveRequested: control => owner.removeRequested(row.id, control)
                 onToggled: on => owner.toggled(row.id, on)
                 onFromPicked: code => owner.fromPicked(row.id, code)

@@ -5,13 +5,14 @@ import Tamsel
 FocusScope {
     id: view
 
-    enum Control { From, To, Delete, Switch }
+    enum Control { From, RecordFrom, To, RecordTo, Delete, Switch }
 
     required property mappingRow row
     required property int fromCode
     required property int toCode
     required property int index
     property bool readOnly: false
+    property Recording recording: null
 
     readonly property string title: qsTr("%1 to %2").arg(row.fromName || qsTr("no key"))
                                                     .arg(row.toName || qsTr("no key"))
@@ -22,19 +23,32 @@ FocusScope {
     signal toPicked(int code)
 
     function focusControl(control: int): void {
-        if (control === MappingRowV.From)
-            from.focusSelector(Qt.TabFocusReason);
-        else if (control === MappingRowV.To)
-            to.focusSelector(Qt.TabFocusReason);
-        else if (control === MappingRowV.Delete)
-            remove.forceActiveFocus(Qt.TabFocusReason);
-        else
-            onOff.forceActiveFocus(Qt.TabFocusReason);
+        const reason = Qt.TabFocusReason;
+        switch (control) {
+        case MappingRowV.From:
+            from.focusSelector(reason);
+            break;
+        case MappingRowV.RecordFrom:
+            from.focusRecordButton(reason);
+            break;
+        case MappingRowV.To:
+            to.focusSelector(reason);
+            break;
+        case MappingRowV.RecordTo:
+            to.focusRecordButton(reason);
+            break;
+        case MappingRowV.Delete:
+            remove.forceActiveFocus(reason);
+            break;
+        default:
+            onOff.forceActiveFocus(reason);
+        }
     }
 
     function focusedControl(): int {
-        return from.activeFocus ? MappingRowV.From
-             : to.activeFocus ? MappingRowV.To
+        return from.activeFocus ? (from.recordButton.activeFocus ? MappingRowV.RecordFrom
+                                                                 : MappingRowV.From)
+             : to.activeFocus ? (to.recordButton.activeFocus ? MappingRowV.RecordTo : MappingRowV.To)
              : remove.activeFocus ? MappingRowV.Delete : MappingRowV.Switch;
     }
 
@@ -76,7 +90,9 @@ FocusScope {
             keyCode: view.fromCode
             keyName: view.row.fromName
             readOnly: view.readOnly
+            recording: view.recording
             onPicked: code => view.fromPicked(code)
+            onRecorded: code => view.fromPicked(code)
         }
         Item {
             width: line.arrowWidth
@@ -95,7 +111,9 @@ FocusScope {
             keyCode: view.toCode
             keyName: view.row.toName
             readOnly: view.readOnly
+            recording: view.recording
             onPicked: code => view.toPicked(code)
+            onRecorded: code => view.toPicked(code)
         }
         Item { width: line.actionGap; height: 1 }
         Item {

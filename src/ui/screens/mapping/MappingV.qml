@@ -6,11 +6,12 @@ Page {
     id: page
 
     required property MappingVM mapping
+    required property Recording recording
 
     function add(): void {
         const id = mapping.addMapping();
         scrollToTop();
-        userCard.focusRow(userRows.indexOf(id), MappingRowV.From);
+        userCard.focusRow(userRows.indexOf(id), MappingRowV.RecordFrom);
     }
 
     function remove(id: string, control: int): void {
@@ -22,10 +23,11 @@ Page {
             addButton.forceActiveFocus(Qt.TabFocusReason);
     }
 
-    function promote(id: string): void {
-        mapping.setEnabled(id, true);
-        if (builtInRows.indexOf(id) < 0)
-            userCard.focusRow(0, MappingRowV.Switch);
+    // After a change of a built-in row: it is the user's now.
+    function follow(id: string, control: int): void {
+        const place = userRows.indexOf(id);
+        if (place >= 0)
+            userCard.focusRow(place, control);
     }
 
     title: qsTr("Mapping")
@@ -59,6 +61,7 @@ Page {
         id: userCard
         width: parent.width
         model: userRows
+        recording: page.recording
         onRemoveRequested: (id, control) => page.remove(id, control)
         onToggled: (id, on) => page.mapping.setEnabled(id, on)
         onFromPicked: (id, code) => page.mapping.setFrom(id, code)
@@ -84,10 +87,11 @@ Page {
     MappingCard {
         width: parent.width
         model: builtInRows
+        recording: page.recording
         readOnly: true
-        onToggled: (id, on) => {
-            if (on)
-                page.promote(id);
-        }
+        onToggled: (id, on) => page.follow(page.mapping.setEnabled(id, on), MappingRowV.Switch)
+        onFromPicked: (id, code) => page.follow(page.mapping.setFrom(id, code),
+                                                MappingRowV.RecordFrom)
+        onToPicked: (id, code) => page.follow(page.mapping.setTo(id, code), MappingRowV.RecordTo)
     }
 }

@@ -1,0 +1,75 @@
+import QtQuick
+import Tamsel
+
+// A row's place in the list: its slice of the card, and the section's title above the first
+// built-in one.
+FocusScope {
+    id: cell
+
+    required property comboRow row
+    required property int index
+    property int cardWidth
+    // How many rows the list has, and how many of the first are the user's.
+    property int total
+    property int ownRows
+
+    readonly property ComboRowV view: content
+    readonly property bool isFirst: index === 0 || index === ownRows
+    readonly property bool isLast: index === ownRows - 1 || index === total - 1
+    readonly property bool titled: index === ownRows
+
+    signal tabbed(int step)
+
+    height: heading.height + content.height
+
+    Item {
+        id: heading
+        x: slice.x
+        width: slice.width
+        height: cell.titled ? (cell.index > 0 ? Theme.sectionHeight : 30) : 0
+        visible: cell.titled
+
+        Label {
+            x: 4
+            anchors { bottom: parent.bottom; bottomMargin: 8 }
+            type: Theme.section
+            text: qsTr("Built-in · %1").arg(cell.total - cell.ownRows)
+            color: Theme.textMuted
+            Accessible.role: Accessible.Heading
+            Accessible.ignored: !visible
+        }
+    }
+    // The card's slice: a rounded rectangle that reaches beyond it where the card goes on.
+    Item {
+        id: slice
+        x: Math.round((parent.width - width) / 2)
+        y: heading.height
+        width: cell.cardWidth
+        height: content.height
+        clip: !cell.isFirst || !cell.isLast
+
+        Card {
+            y: cell.isFirst ? 0 : -Theme.radiusCard
+            width: parent.width
+            height: parent.height + (cell.isFirst ? 0 : Theme.radiusCard)
+                    + (cell.isLast ? 0 : Theme.radiusCard)
+        }
+        Rectangle {
+            x: 1
+            width: parent.width - 2
+            height: 1
+            visible: !cell.isFirst
+            color: Theme.border
+        }
+    }
+    ComboRowV {
+        id: content
+        x: slice.x
+        y: heading.height
+        width: slice.width
+        height: implicitHeight
+        row: cell.row
+        Keys.onTabPressed: cell.tabbed(1)
+        Keys.onBacktabPressed: cell.tabbed(-1)
+    }
+}

@@ -1,0 +1,68 @@
+import QtQuick
+import Tamsel
+
+// The user's combos and, below them, the built-in ones that they do not cover.
+PageFrame {
+    id: page
+
+    required property ComboVM combo
+    required property Recording recording
+
+    function save(): void {
+        const id = combo.save();
+        if (id)
+            list.focusRow(comboRows.indexOf(id), 3, 1);
+    }
+
+    function cancel(): void {
+        const opener = (dialog.item as Dialog).opener;
+        combo.cancel();
+        if (opener)
+            opener.forceActiveFocus(Qt.PopupFocusReason);
+    }
+
+    title: qsTr("Combo")
+    onShownChanged: if (shown) combo.reload()
+    onAddRequested: combo.addCombo()
+    onFocusMoved: item => list.reveal(item)
+    Component.onCompleted: combo.reload()
+    Component.onDestruction: combo.cancel()
+
+    actions: Button {
+        id: addButton
+        kind: Button.Primary
+        text: qsTr("Add Combo")
+        symbol: "add"
+        keyHint: "A"
+        onClicked: page.combo.addCombo()
+        Keys.onTabPressed: list.focusFirst()
+    }
+
+    GadgetListModel {
+        id: comboRows
+        source: page.combo
+        list: "rows"
+        key: "id"
+    }
+    ComboList {
+        id: list
+        anchors.fill: parent
+        combo: page.combo
+        rows: comboRows
+        cardWidth: page.contentWidth
+        onLeftForward: end.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+        onLeftBackward: addButton.forceActiveFocus(Qt.BacktabFocusReason)
+    }
+    Item { id: end }
+
+    Loader {
+        id: dialog
+        active: page.combo.editor
+        sourceComponent: ShortcutEditView {
+            editor: page.combo.editor
+            recording: page.recording
+            onSaved: page.save()
+            onCanceled: page.cancel()
+        }
+    }
+}

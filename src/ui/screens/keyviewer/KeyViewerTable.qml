@@ -1,0 +1,77 @@
+import QtQuick
+import QtQuick.Templates as T
+import Tamsel
+
+// The events under a fixed header, the newest last and in sight unless the user scrolled up.
+Card {
+    id: table
+
+    required property KeyViewerVM viewer
+
+    readonly property list<real> shares: [0.16, 0.28, 0.13, 0.18, 0.25]
+    readonly property list<string> titles: [qsTr("Event"), qsTr("Key Name"), qsTr("Device"),
+                                            qsTr("Action"), qsTr("Output")]
+
+    Row {
+        id: header
+        x: 1
+        width: parent.width - 2
+        height: 33
+
+        Repeater {
+            model: table.titles
+            Label {
+                required property string modelData
+                required property int index
+
+                width: table.shares[index] * header.width
+                height: header.height
+                leftPadding: 12
+                type: Theme.section
+                text: modelData
+                color: Theme.textMuted
+            }
+        }
+    }
+    ListView {
+        id: list
+
+        // Whether the user wants the newest in sight.
+        property bool following: true
+
+        x: 1
+        y: header.height
+        width: parent.width - 2
+        height: parent.height - y - 1
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        highlightFollowsCurrentItem: false
+        keyNavigationEnabled: false
+        reuseItems: true
+        activeFocusOnTab: false
+        Accessible.role: Accessible.List
+        Accessible.name: qsTr("Key events")
+        onMovingChanged: if (!moving) following = atYEnd
+        onContentHeightChanged: if (following) positionViewAtEnd()
+        T.ScrollBar.vertical: ScrollBar {
+            onPressedChanged: if (!pressed) list.following = list.atYEnd
+        }
+
+        model: GadgetListModel {
+            source: table.viewer
+            list: "events"
+            key: "id"
+        }
+        delegate: KeyViewerRow {
+            width: ListView.view ? ListView.view.width : 0
+            shares: table.shares
+        }
+    }
+    EmptyState {
+        anchors.centerIn: list
+        width: parent.width - 2 * Theme.cardPadding
+        visible: list.count === 0
+        symbol: "keyboard"
+        text: qsTr("No events yet. Press any key to start.")
+    }
+}
