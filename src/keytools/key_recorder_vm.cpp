@@ -14,6 +14,7 @@ namespace tamsel {
 namespace {
 
 constexpr std::uint32_t escape = 0x29;
+
 } // namespace
 
 KeyRecorderVM::KeyRecorderVM(DaemonEventHub& hub, LocalEvents& localEvents, MainQueue& queue,

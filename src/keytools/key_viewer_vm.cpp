@@ -83,7 +83,7 @@ void KeyViewerVM::setDaemonConnected(bool connected) {
 void KeyViewerVM::append(const KeyEvent& event) {
     using std::chrono::milliseconds;
     KeyViewerEvent row;
-    row.id = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+    row.id = QUuid::createUuid().toString(QUuid::WithoutBraces);
     row.eventType = event.keyDown ? QStringLiteral("down") : QStringLiteral("up");
     row.keyName = name(event.usage);
     row.keyDown = event.keyDown;

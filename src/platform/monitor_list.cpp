@@ -24,17 +24,16 @@ private:
 std::unique_ptr<LocalEventMonitor> MonitorList::add(LocalKeyKinds mask,
                                                     LocalEvents::Handler handler) {
     auto entry = std::make_shared<Entry>(Entry{mask, std::move(handler)});
-    m_entries->push_back(entry);
+    m_entries->insert(m_entries->begin(), entry);
     return std::make_unique<Monitor>(m_entries, std::move(entry));
 }
 
 LocalEvents::Verdict MonitorList::ask(const LocalKeyEvent& event) const {
     // A copy, which also keeps a handler alive that removes itself.
     const Entries entries = *m_entries;
-    for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
-        const Entry& monitor = **entry;
-        if (!monitor.removed && monitor.mask.testFlag(event.kind) &&
-            monitor.handler(event) == LocalEvents::Verdict::swallow)
+    for (const auto& entry : entries) {
+        if (!entry->removed && entry->mask.testFlag(event.kind) &&
+            entry->handler(event) == LocalEvents::Verdict::swallow)
             return LocalEvents::Verdict::swallow;
     }
     return LocalEvents::Verdict::pass;

@@ -24,7 +24,7 @@ private:
         LocalEvents::Handler handler;
         bool removed = false;
     };
-    using Entries = std::vector<std::shared_ptr<Entry>>; ///< the oldest first
+    using Entries = std::vector<std::shared_ptr<Entry>>; ///< the newest first
     class Monitor;
 
     std::shared_ptr<Entries> m_entries = std::make_shared<Entries>();

@@ -178,23 +178,15 @@ TEST(EvdevCodes, pairTheKernelsKeysWithTheCatalogue) {
             EXPECT_TRUE(usages.contains(key.code)) << key.name;
         }
     }
-    // Where a run of the table could have slipped.
-    const std::pair<std::uint16_t, std::string_view> cases[] = {{KEY_Z, "z"},
-                                                                {KEY_0, "0"},
-                                                                {KEY_BACKSLASH, "backslash"},
-                                                                {KEY_UP, "up_arrow"},
-                                                                {KEY_SYSRQ, "print_screen"},
-                                                                {KEY_KPDOT, "keypad_period"},
-                                                                {KEY_F24, "f24"},
-                                                                {KEY_FIND, "find"},
-                                                                {KEY_VOLUMEDOWN, "volume_down"},
-                                                                {KEY_KPJPCOMMA, "international6"},
-                                                                {KEY_ZENKAKUHANKAKU, "lang5"},
-                                                                {KEY_RIGHTMETA, "right_command"},
-                                                                {KEY_CAPSLOCK, "caps_lock"},
-                                                                {KEY_KPEQUAL, "keypad_equal_sign"}};
-    for (const auto& [code, name] : cases)
-        EXPECT_EQ(KeyCodes::name(EvdevCodes::toHid(code).value_or(0)), name);
+    std::string ends; // of the table's runs
+    for (const int code :
+         {KEY_Z, KEY_0, KEY_BACKSLASH, KEY_CAPSLOCK, KEY_UP, KEY_SYSRQ, KEY_KPDOT, KEY_KPEQUAL,
+          KEY_F24, KEY_FIND, KEY_VOLUMEDOWN, KEY_KPJPCOMMA, KEY_ZENKAKUHANKAKU, KEY_RIGHTMETA})
+        ends +=
+            KeyCodes::name(EvdevCodes::toHid(static_cast<std::uint16_t>(code)).value_or(0)) + ' ';
+    EXPECT_EQ(ends,
+              "z 0 backslash caps_lock up_arrow print_screen keypad_period keypad_equal_sign f24 "
+              "find volume_down international6 lang5 right_command ");
 }
 
 } // namespace

@@ -19,7 +19,7 @@ public:
     void release(std::uint32_t usage) { m_held.erase(usage); }
 
     /// Forgets and returns the keys that are up by the event's modifiers. For a modifier's own
-    /// event its kind is left alone: releasing one of two Shift keys reads as no Shift at all.
+    /// event its kind is left alone: with one Shift held, the other one's press reads as no Shift.
     std::vector<std::uint32_t> dropStale(const QKeyEvent& event);
     std::vector<std::uint32_t> dropAll();
 

@@ -1,0 +1,11 @@
+#include <QGuiApplication>
+
+#include <gmock/gmock.h>
+
+int main(int argc, char** argv) {
+    testing::InitGoogleMock(&argc, argv);
+    // Also where the program only lists its tests.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
