@@ -72,8 +72,8 @@ TEST(ComboConflicts, AUsersComboMarksBuiltInRowsThoughTheyAreOff) {
     const std::vector<Shortcut> own{combo("mine", {"right_option"}, b)};
     const auto builtIn = uncoveredDefaultShortcuts(own);
     const auto marks = conflictingIds(own, builtIn);
-    EXPECT_EQ(sortedKeys(marks), (Names{"default_ropt_b_brave", "default_ropt_b_chrome",
-                                        "default_ropt_b_ganjing"}));
+    EXPECT_EQ(sortedKeys(marks),
+              (Names{"default_ropt_b_brave", "default_ropt_b_chrome", "default_ropt_b_ganjing"}));
     EXPECT_EQ(marks.at("default_ropt_b_brave"), &own[0]);
     EXPECT_TRUE(conflictingIds({}, builtIn).empty()) << "built-in rows don't mark each other";
 }
