@@ -1,7 +1,9 @@
 #pragma once
 
+#include "base/error.h"
 #include "config/records/records.h"
 #include "daemon/protocol/daemon_protocol.h"
+#include "engine/combo_table.h"
 #include "engine/key_events.h"
 #include "engine/mapping_table.h"
 #include "engine/usage_slots.h"
@@ -9,8 +11,10 @@
 
 #include <array>
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <span>
+#include <string_view>
 #include <vector>
 
 namespace tamsel::engine {
@@ -26,39 +30,65 @@ struct Report {
     bool operator==(const Report&) const = default;
 };
 
-/// What goes to the virtual device, in this order; valid until the engine's next call.
+/// What goes to the virtual device, in this order.
 using Outputs = std::span<const OutputEvent>;
+/// The actions of combos that fired, in this order, before the outputs. The outputs of key presses
+/// are among the outputs; every other action is the caller's to run.
+using Actions = std::span<const ShortcutAction* const>;
+
+/// All of it is valid until the engine's next call; the actions also after type().
+struct Effects {
+    Outputs outputs;
+    Actions actions;
+};
 
 struct Outcome {
-    Outputs outputs;
+    Effects effects;
     std::optional<Report> report; ///< nothing for a watched device and for an event that is no news
     bool lockOut = false;         ///< the lock-out chord came together: all is released and watched
 };
 
 /// The remapping: a function of its state and the next event. It knows no clock, file or bus, and
-/// an event allocates nothing. A physical key that is down keeps what its press produced until its
-/// release; whenever the outputs are taken away from it (a new configuration, a device freed or
-/// lost), its release produces nothing.
+/// an event allocates nothing.
+///
+/// Mappings come first: a mapped key acts as its target for everything after. Then a combo whose
+/// trigger matches the held modifiers exactly swallows its key, fires its action and, when the key
+/// goes up again, its release action. A key chord is held as long as its trigger, or until another
+/// key that is no modifier goes down.
+///
+/// A physical key that is down keeps what its press produced until its release. When the outputs
+/// are taken away from it (a new configuration, a device freed or lost), its release produces
+/// nothing; a release action that is due is fired then and there, so that nothing stays begun.
 class Engine final {
 public:
-    /// Takes the configuration's enabled mappings; everything held is released first.
-    Outputs reload(const Cfg& cfg);
+    Engine();
+
+    /// Takes the configuration's enabled mappings and combos; everything held is released first.
+    Effects reload(const Cfg& cfg);
 
     /// Announces a device, watched. Indexes may come in any order.
     void addDevice(DeviceIndex device);
     /// The device is gone with all its keys; everything held is released.
-    Outputs removeDevice(DeviceIndex device);
+    Effects removeDevice(DeviceIndex device);
     /// Freeing a seized device releases everything held.
-    Outputs setSeizure(DeviceIndex device, Seizure seizure);
+    Effects setSeizure(DeviceIndex device, Seizure seizure);
 
     /// Events of unknown devices and codes, repeated presses and stray releases are no news.
     Outcome handle(const InputEvent& event);
+
+    /// Types a text on a US layout, at most `limit` characters. Held modifiers are lifted meanwhile
+    /// and a chord ends. A text with a character that no key types is refused as a whole; the error
+    /// does not quote it.
+    Result<Outputs> type(std::string_view text, std::size_t limit);
 
 private:
     struct Press {
         bool isDown = false;
         KeyEventAction action = keyPassthrough;
-        MappingTarget held; ///< what this press holds on the virtual device; noSlot for nothing
+        Slot output = noSlot; ///< for reports; noSlot when the press produced nothing
+        bool isHeld = false;  ///< holds `output` and `modifiers` on the virtual device
+        ModifierMask modifiers = 0;
+        const Combo* combo = nullptr; ///< the combo that this press set off
     };
     struct Device {
         bool isPresent = false;
@@ -67,14 +97,24 @@ private:
     };
 
     Device* find(DeviceIndex device);
+    void begin();
+    Effects effects() const { return {m_keys.outputs(), m_fired}; }
     Report press(Press& press, Slot slot);
+    void pressCombo(Press& press, Slot slot, const Combo& combo);
+    void pressKey(Press& press, const MappingTarget& target);
+    void beginChord(Press& press, const KeyChord& chord);
+    void endChord();
     Report release(Press& press, Slot slot);
     void releaseEverything();
     bool lockOutChordIsDown() const;
 
     MappingTable m_mappings;
-    std::vector<Device> m_devices;
+    ComboTable m_combos;
+    ComboTable m_lastCombos; ///< what the actions fired by a reload point into
+    std::deque<Device> m_devices; ///< keeps its elements where they are
     VirtualKeys m_keys;
+    const Press* m_chordOwner = nullptr; ///< whose release ends the chord
+    std::vector<const ShortcutAction*> m_fired;
 };
 
 } // namespace tamsel::engine

@@ -11,7 +11,8 @@ MappingTable::MappingTable(std::span<const KeyMapping> mappings) {
         const auto trigger = ModifierPattern::parse(mapping.from.modifiers);
         const auto produced = ModifierPattern::parse(mapping.to.modifiers);
         if (mapping.enabled && from != noSlot && to != noSlot && trigger && produced)
-            m_entries.push_back({from, *trigger, {to, produced->keysToHold()}});
+            m_entries.push_back(
+                {from, *trigger, {to, produced->keysToHold(), !trigger->isEmpty()}});
     }
     std::stable_sort(m_entries.begin(), m_entries.end(),
                      [](const Entry& a, const Entry& b) { return a.from < b.from; });

@@ -15,6 +15,7 @@ namespace tamsel::engine {
 struct MappingTarget {
     Slot key = noSlot;
     ModifierMask modifiers = 0;
+    bool isConditional = false; ///< the mapping asks for modifiers, which the target comes without
 };
 
 /// The enabled mappings of a configuration, ready for look-up. A mapping without a source or a

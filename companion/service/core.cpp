@@ -94,7 +94,7 @@ std::vector<SeenDeviceInfo> Core::seenDevices() const {
 
 std::optional<KeyEvent> Core::handle(const engine::InputEvent& event) {
     const engine::Outcome outcome = m_engine.handle(event);
-    write(outcome.outputs);
+    write(outcome.effects);
     if (outcome.lockOut) {
         m_isLockedOut = true;
         m_complain({"the lock-out chord has stopped remapping"});

@@ -3,9 +3,13 @@
 //   devices N                    N seized devices
 //   map [MODIFIER+]...CODE [MODIFIER+]...CODE     an enabled mapping of the next configuration
 //   disabled CODE CODE           a disabled one
-//   reload                       applies the mappings given since the last reload
+//   combo [MODIFIER+]...CODE TYPE [VALUE]         an enabled combo of the next configuration
+//   up TYPE [VALUE]              the release action of the last combo
+//   reload                       applies what was given since the last reload
+//   type TEXT                    types the text
 //   seize D | free D | lose D    what happens to a device
 //   TIME DEVICE USAGE down|up    an event
+//   ! TYPE [VALUE]               the next action that the step above fired
 //   > USAGE down|up              the next output of the step above; a step has no others
 //   ~ ACTION USAGE | none | lock-out              what the step above reported
 #include "engine/engine.h"
@@ -38,6 +42,17 @@ KeyDefinition key(const std::string& text) {
     return definition;
 }
 
+ShortcutAction action(const std::string& text) {
+    using enum ActionType;
+    const std::size_t blank = std::min(text.find(' '), text.size());
+    for (const ActionType type : {command, keyPress, typeText, pasteClipboard, openURL}) {
+        if (name(type) == text.substr(0, blank))
+            return {type, text.substr(std::min(blank + 1, text.size()))};
+    }
+    ADD_FAILURE() << "not an action: " << text;
+    return {};
+}
+
 class Script {
 public:
     void run(const std::string& line) {
@@ -47,13 +62,25 @@ public:
         std::string third;
         words >> first >> second >> third;
         if (first == ">")
-            return expectOutput(second + " " + third);
+            return expectNext(m_pending, second + " " + third);
         if (first == "~")
             return expectReport(third.empty() ? second : second + " " + third);
+        if (first == "!")
+            return expectNext(m_fired, line.substr(2));
         expectNoMore();
         m_reported.clear();
         if (first == "map" || first == "disabled")
             m_next.mappings.push_back({"id", first == "map", key(second), key(third)});
+        else if (first == "combo")
+            m_next.shortcuts.push_back(
+                {.id = "id",
+                 .enabled = true,
+                 .keys = key(second),
+                 .action = action(line.substr(line.find(second) + second.size() + 1))});
+        else if (first == "up")
+            m_next.shortcuts.back().actionUp = action(line.substr(line.find(second)));
+        else if (first == "type")
+            type(second);
         else if (first == "reload")
             take(m_engine.reload(std::exchange(m_next, {})));
         else if (first == "devices")
@@ -69,7 +96,9 @@ public:
 
     void expectNoMore() {
         EXPECT_THAT(m_pending, testing::IsEmpty()) << "outputs that the script does not expect";
+        EXPECT_THAT(m_fired, testing::IsEmpty()) << "actions that the script does not expect";
         m_pending.clear();
+        m_fired.clear();
     }
 
 private:
@@ -89,7 +118,7 @@ private:
         event.time = EngineTime(time);
         event.edge = edge == "down" ? Edge::down : Edge::up;
         const Outcome outcome = m_engine.handle(event);
-        take(outcome.outputs);
+        take(outcome.effects);
         if (outcome.lockOut)
             m_reported = "lock-out";
         else if (outcome.report)
@@ -99,26 +128,41 @@ private:
             m_reported = "none";
     }
 
-    void take(Outputs outputs) {
+    void take(const Effects& effects) {
+        takeOutputs(effects.outputs);
+        for (const ShortcutAction* fired : effects.actions)
+            m_fired.push_back(std::string(name(fired->type)) +
+                              (fired->value.empty() ? "" : " " + fired->value));
+    }
+
+    void takeOutputs(Outputs outputs) {
         for (const OutputEvent& event : outputs)
             m_pending.push_back(std::to_string(event.usage) +
                                 (event.edge == Edge::down ? " down" : " up"));
     }
 
+    void type(const std::string& text) {
+        const auto typed = m_engine.type(text, 10);
+        m_reported = typed ? "none" : "refused";
+        if (typed)
+            takeOutputs(*typed);
+    }
+
     void expectReport(const std::string& expected) { EXPECT_EQ(m_reported, expected); }
 
-    void expectOutput(const std::string& expected) {
-        if (m_pending.empty()) {
-            ADD_FAILURE() << "missing output " << expected;
+    static void expectNext(std::vector<std::string>& list, const std::string& expected) {
+        if (list.empty()) {
+            ADD_FAILURE() << "missing " << expected;
             return;
         }
-        EXPECT_EQ(m_pending.front(), expected);
-        m_pending.erase(m_pending.begin());
+        EXPECT_EQ(list.front(), expected);
+        list.erase(list.begin());
     }
 
     Engine m_engine;
     Cfg m_next;
     std::vector<std::string> m_pending;
+    std::vector<std::string> m_fired;
     std::string m_reported;
 };
 
