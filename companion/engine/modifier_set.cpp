@@ -1,7 +1,6 @@
 #include "engine/modifier_set.h"
 
-#include <algorithm>
-#include <string_view>
+#include "config/records/modifier_names.h"
 
 namespace tamsel::engine {
 
@@ -11,40 +10,20 @@ constexpr Slot firstModifier = 224;
 constexpr Slot lastModifier = 231;
 constexpr Slot fnSlot = 255;
 constexpr unsigned fnBit = 8;
-/// Left control, shift, option and command are bits 0..3, the right ones follow in that order.
-constexpr unsigned sideDistance = 4;
 
-struct Name {
-    std::string_view text;
-    ModifierMask bit;
-};
+// The names' order is that of the bits.
+static_assert(modifierNames::keys.size() == modifierCount);
 
-constexpr std::array sidedNames{
-    Name{"left_control", 1U << 0U}, Name{"left_shift", 1U << 1U},    Name{"left_option", 1U << 2U},
-    Name{"left_command", 1U << 3U}, Name{"right_control", 1U << 4U}, Name{"right_shift", 1U << 5U},
-    Name{"right_option", 1U << 6U}, Name{"right_command", 1U << 7U}, Name{"fn", 1U << fnBit},
-};
-
-constexpr std::array genericNames{
-    Name{"control", 1U << 0U},
-    Name{"shift", 1U << 1U},
-    Name{"option", 1U << 2U},
-    Name{"command", 1U << 3U},
-};
-
-template <std::size_t N>
-ModifierMask find(const std::array<Name, N>& names, std::string_view text) {
-    const auto* const found = std::find_if(names.begin(), names.end(),
-                                           [text](const Name& name) { return name.text == text; });
-    return found == names.end() ? ModifierMask{0} : found->bit;
+ModifierMask bitOf(std::size_t index) {
+    return static_cast<ModifierMask>(1U << index);
 }
 
 } // namespace
 
 ModifierMask modifierBit(Slot slot) {
     if (slot >= firstModifier && slot <= lastModifier)
-        return static_cast<ModifierMask>(1U << (slot - firstModifier));
-    return slot == fnSlot ? static_cast<ModifierMask>(1U << fnBit) : ModifierMask{0};
+        return bitOf(slot - firstModifier);
+    return slot == fnSlot ? bitOf(fnBit) : ModifierMask{0};
 }
 
 Slot modifierSlot(std::size_t bit) {
@@ -54,10 +33,10 @@ Slot modifierSlot(std::size_t bit) {
 std::optional<ModifierPattern> ModifierPattern::parse(std::span<const std::string> names) {
     ModifierPattern pattern;
     for (const std::string& name : names) {
-        if (const ModifierMask sided = find(sidedNames, name); sided != 0)
-            pattern.m_sided |= sided;
-        else if (const ModifierMask generic = find(genericNames, name); generic != 0)
-            pattern.m_generic |= generic;
+        if (const auto key = modifierNames::indexOfKey(name))
+            pattern.m_sided |= bitOf(*key);
+        else if (const auto kind = modifierNames::indexOfGeneric(name))
+            pattern.m_generic |= bitOf(*kind);
         else
             return std::nullopt;
     }
@@ -65,8 +44,8 @@ std::optional<ModifierPattern> ModifierPattern::parse(std::span<const std::strin
 }
 
 bool ModifierPattern::matches(ModifierMask held) const {
-    const unsigned eitherSide = m_generic | (unsigned{m_generic} << sideDistance);
-    const unsigned heldKinds = held | (unsigned{held} >> sideDistance);
+    const unsigned eitherSide = m_generic | (unsigned{m_generic} << modifierNames::sideDistance);
+    const unsigned heldKinds = held | (unsigned{held} >> modifierNames::sideDistance);
     return (held & m_sided) == m_sided && (heldKinds & m_generic) == m_generic &&
            (held & ~(m_sided | eitherSide)) == 0;
 }

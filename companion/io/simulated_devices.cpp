@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <nlohmann/json.hpp>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -72,14 +73,25 @@ Result<void> SimulatedOutput::write(std::span<const engine::OutputEvent> events)
         m_text += std::to_string(event.usage);
         m_text += event.edge == engine::Edge::down ? " down\n" : " up\n";
     }
-    std::string_view rest = m_text;
-    while (!rest.empty()) {
-        const ssize_t count = ::write(m_file.get(), rest.data(), rest.size());
+    return append(m_text);
+}
+
+Result<void> SimulatedOutput::record(const ShortcutAction& action) {
+    constexpr bool asciiOnly = true;
+    const std::string value =
+        nlohmann::json(action.value)
+            .dump(-1, ' ', asciiOnly, nlohmann::json::error_handler_t::replace);
+    return append("action " + std::string(name(action.type)) + " " + value + "\n");
+}
+
+Result<void> SimulatedOutput::append(std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t count = ::write(m_file.get(), text.data(), text.size());
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
             return fail("the output cannot be written: " + reason(errno));
-        rest.remove_prefix(static_cast<std::size_t>(count));
+        text.remove_prefix(static_cast<std::size_t>(count));
     }
     return {};
 }

@@ -9,19 +9,24 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tamsel {
 
-/// The virtual device of a simulation: appends to DIR/out, one "USAGE down|up" a line.
+/// The virtual device of a simulation: appends to DIR/out, one "USAGE down|up" a line, and
+/// "action TYPE VALUE" for an action that fired, VALUE as a JSON string in ASCII.
 class SimulatedOutput final : public VirtualDevice {
 public:
     static Result<SimulatedOutput> open(const std::string& folder);
 
     Result<void> write(std::span<const engine::OutputEvent> events) override;
+    Result<void> record(const ShortcutAction& action) override;
 
 private:
     explicit SimulatedOutput(UniqueFd file) : m_file(std::move(file)) {}
+
+    Result<void> append(std::string_view text);
 
     UniqueFd m_file;
     std::string m_text;

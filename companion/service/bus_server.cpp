@@ -16,9 +16,13 @@ BusServer::BusServer(sd_event* loop, Listener& listener, Core& core, const Log& 
       m_log(log),
       m_access(std::move(access)),
       m_state{core, log, nullptr},
-      m_agents(log) {}
+      m_agents(log),
+      m_actions(m_state, m_agents, m_access) {
+    core.setActionRunner(&m_actions);
+}
 
 BusServer::~BusServer() {
+    m_state.core.setActionRunner(nullptr);
     m_clients.clear();
     ::sd_event_source_disable_unref(m_sessionSource);
     ::sd_event_source_disable_unref(m_reapSource);

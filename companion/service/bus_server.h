@@ -2,6 +2,7 @@
 
 #include "base/error.h"
 #include "service/agent_registry.h"
+#include "service/bus_actions.h"
 #include "service/core.h"
 #include "service/daemon_object.h"
 #include "service/listener.h"
@@ -20,13 +21,13 @@
 namespace tamsel {
 
 /// Accepts clients on the listening socket and serves each of them the daemon's object and the
-/// agents' registry.
+/// agents' registry. Through them it runs the core's actions.
 class BusServer final : private PeerConnection::Owner {
 public:
     /// Connections of one user at a time, so that no user can crowd out another.
     static constexpr std::ptrdiff_t maxClientsPerUser = 32;
 
-    using Access = std::function<bool(uid_t)>;
+    using Access = BusActions::Access;
 
     /// Everything referred to outlives the server; the loop belongs to the caller.
     BusServer(sd_event* loop, Listener& listener, Core& core, const Log& log, Access access);
@@ -66,6 +67,7 @@ private:
     Access m_access;
     DaemonState m_state;
     AgentRegistry m_agents;
+    BusActions m_actions;
     sd_login_monitor* m_sessions = nullptr;
     sd_event_source* m_acceptSource = nullptr;
     sd_event_source* m_reapSource = nullptr;

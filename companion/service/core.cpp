@@ -4,9 +4,26 @@
 #include "service/device_choice.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 namespace tamsel {
+
+namespace {
+
+/// A line that ends in CR LF or CR ends in LF, the character that Return types.
+std::string withUnixLineEnds(std::string_view text) {
+    std::string lines;
+    lines.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n')
+            continue;
+        lines += text[i] == '\r' ? '\n' : text[i];
+    }
+    return lines;
+}
+
+} // namespace
 
 Core::Core(VirtualDevice* output, OrderMemory& memory, const std::vector<SeenDeviceInfo>& devices,
            Complain complain)
@@ -25,7 +42,8 @@ Result<void> Core::updateCfg(ByteView encoded) {
     auto cfg = decodeCfg(encoded);
     if (!cfg)
         return tl::unexpected(std::move(cfg).error());
-    write(m_engine.reload(*cfg));
+    ++m_releaseCount;
+    apply(m_engine.reload(*cfg));
     m_cfg = std::move(*cfg);
     applySeizure();
     return {};
@@ -42,6 +60,7 @@ bool Core::startGrabbing() {
 }
 
 bool Core::stopGrabbing() {
+    ++m_releaseCount;
     m_isLockedOut = false;
     m_order = Order::stop;
     applySeizure();
@@ -58,7 +77,7 @@ engine::DeviceIndex Core::addDevice(SeenDeviceInfo device) {
 
 void Core::removeDevice(engine::DeviceIndex device) {
     if (m_devices.erase(device) > 0)
-        write(m_engine.removeDevice(device));
+        apply(m_engine.removeDevice(device));
 }
 
 Status Core::status() const {
@@ -94,11 +113,12 @@ std::vector<SeenDeviceInfo> Core::seenDevices() const {
 
 std::optional<KeyEvent> Core::handle(const engine::InputEvent& event) {
     const engine::Outcome outcome = m_engine.handle(event);
-    write(outcome.effects);
     if (outcome.lockOut) {
+        ++m_releaseCount;
         m_isLockedOut = true;
         m_complain({"the lock-out chord has stopped remapping"});
     }
+    apply(outcome.effects);
     const auto device = m_devices.find(event.device);
     if (!outcome.report || device == m_devices.end())
         return std::nullopt;
@@ -107,6 +127,7 @@ std::optional<KeyEvent> Core::handle(const engine::InputEvent& event) {
 }
 
 void Core::shutDown() {
+    ++m_releaseCount;
     m_isShutDown = true;
     applySeizure();
 }
@@ -131,17 +152,69 @@ void Core::applySeizure() {
 
 void Core::applySeizure(engine::DeviceIndex index, const SeenDeviceInfo& device) {
     const bool isWanted = isGrabbing() && isChosen(*m_cfg, device);
-    write(
+    apply(
         m_engine.setSeizure(index, isWanted ? engine::Seizure::seized : engine::Seizure::watched));
 }
 
-void Core::write(engine::Outputs outputs) {
-    if (!m_output || outputs.empty())
+void Core::apply(const engine::Effects& effects) {
+    if (m_output) {
+        for (const ShortcutAction* action : effects.actions)
+            noteOutput(m_output->record(*action));
+    }
+    write(effects.outputs);
+    // Last: what is typed overwrites the outputs.
+    for (const ShortcutAction* action : effects.actions)
+        run(*action);
+}
+
+void Core::run(const ShortcutAction& action) {
+    switch (action.type) {
+    case ActionType::keyPress:
+        return; // among the outputs
+    case ActionType::typeText:
+        return type(action.value, maxTypedText);
+    case ActionType::pasteClipboard:
+        return typeClipboard();
+    case ActionType::command:
+        if (m_runner)
+            m_runner->runCommand(action.value);
         return;
-    const auto written = m_output->write(outputs);
-    if (!written && !m_outputFailed)
-        m_complain(written.error());
-    m_outputFailed = !written;
+    case ActionType::openURL:
+        if (m_runner)
+            m_runner->openURL(action.value);
+        return;
+    }
+}
+
+void Core::typeClipboard() {
+    if (!m_runner)
+        return;
+    m_runner->requestClipboardText(
+        [this, releaseCount = m_releaseCount](const std::optional<std::string>& text) {
+            if (text && releaseCount == m_releaseCount)
+                type(withUnixLineEnds(*text), maxTypedClipboard);
+        });
+}
+
+void Core::type(std::string_view text, std::size_t limit) {
+    // A release action may come with the very order to write nothing any more.
+    if (!isGrabbing())
+        return;
+    if (const auto typed = m_engine.type(text, limit))
+        write(*typed);
+    else
+        m_complain(typed.error());
+}
+
+void Core::write(engine::Outputs outputs) {
+    if (m_output && !outputs.empty())
+        noteOutput(m_output->write(outputs));
+}
+
+void Core::noteOutput(const Result<void>& done) {
+    if (!done && !m_outputFailed)
+        m_complain(done.error());
+    m_outputFailed = !done;
 }
 
 } // namespace tamsel

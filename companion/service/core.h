@@ -7,8 +7,10 @@
 #include "engine/engine.h"
 #include "io/access_report.h"
 #include "io/virtual_device.h"
+#include "service/action_runner.h"
 #include "service/order_memory.h"
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
@@ -32,15 +34,21 @@ class Core final {
 public:
     /// The longest configuration accepted, in bytes.
     static constexpr std::size_t maxCfgSize = std::size_t{16} * 1024 * 1024;
+    /// What a combo types at most, in characters: a text of its own, the clipboard's.
+    static constexpr std::size_t maxTypedText = 2048;
+    static constexpr std::size_t maxTypedClipboard = std::size_t{64} * 1024;
 
     /// Called with what goes wrong behind an answer (a state that cannot be saved, an output that
-    /// cannot be written); never with a key.
+    /// cannot be written, a text that cannot be typed); never with a key or a text.
     using Complain = std::function<void(const Error&)>;
 
     /// Without an `output` nothing is seized; it and `memory` outlive the core. `devices` get the
     /// indexes from 0.
     Core(VirtualDevice* output, OrderMemory& memory, const std::vector<SeenDeviceInfo>& devices,
          Complain complain);
+
+    /// Who runs the actions of combos; without one those that need somebody do nothing.
+    void setActionRunner(ActionRunner* runner) { m_runner = runner; }
 
     /// On failure the last good configuration stays. The error may quote the configuration.
     Result<void> updateCfg(ByteView encoded);
@@ -75,7 +83,12 @@ private:
     void rememberOrder();
     void applySeizure();
     void applySeizure(engine::DeviceIndex index, const SeenDeviceInfo& device);
+    void apply(const engine::Effects& effects);
+    void run(const ShortcutAction& action);
+    void type(std::string_view text, std::size_t limit);
+    void typeClipboard();
     void write(engine::Outputs outputs);
+    void noteOutput(const Result<void>& done);
 
     VirtualDevice* m_output;
     OrderMemory& m_memory;
@@ -87,6 +100,9 @@ private:
     std::optional<Cfg> m_cfg;
     Order m_order;
     Order m_savedOrder;
+    ActionRunner* m_runner = nullptr;
+    /// Grows whenever all is released; a clipboard asked for before is not typed any more.
+    std::uint64_t m_releaseCount = 0;
     bool m_isLockedOut = false;
     bool m_isShutDown = false;
     bool m_outputFailed = false;

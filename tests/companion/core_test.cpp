@@ -33,9 +33,22 @@ public:
             text += std::to_string(event.usage) + (event.edge == Edge::down ? "d " : "u ");
         return {};
     }
+    Result<void> record(const ShortcutAction& action) override {
+        text += "!" + std::string(name(action.type)) + " ";
+        return {};
+    }
     std::string taken() { return std::exchange(text, {}); }
     std::string text;
     bool isBroken = false;
+};
+
+class FakeRunner final : public ActionRunner {
+public:
+    void runCommand(const std::string& command) override { asked.push_back("run " + command); }
+    void openURL(const std::string& url) override { asked.push_back("open " + url); }
+    void requestClipboardText(ClipboardText done) override { clipboard = std::move(done); }
+    std::vector<std::string> asked;
+    ClipboardText clipboard;
 };
 
 SeenDeviceInfo device(std::int64_t vendor, const char* product, bool isMouse) {
@@ -49,6 +62,17 @@ Bytes encoded(const Cfg& cfg) {
 Cfg capsIsControl() {
     Cfg cfg;
     cfg.mappings.push_back({"id", true, {57, {}}, {224, {}}});
+    return cfg;
+}
+
+/// Combos on the keys from 4 on, without modifiers.
+Cfg combos(const std::vector<std::pair<ShortcutAction, std::optional<ShortcutAction>>>& actions) {
+    Cfg cfg;
+    for (const auto& [action, actionUp] : actions) {
+        Shortcut combo{.id = "id", .enabled = true, .action = action, .actionUp = actionUp};
+        combo.keys.keyCode = static_cast<std::uint32_t>(4 + cfg.shortcuts.size());
+        cfg.shortcuts.push_back(combo);
+    }
     return cfg;
 }
 
@@ -237,6 +261,71 @@ TEST_F(CoreTest, devicesComeAndGo) {
     EXPECT_TRUE(press(twin, 4));
     m_core->addDevice(device(3, "Late", true));
     EXPECT_EQ(devices(), "ss-ss-") << "the other kind is another entry";
+}
+
+TEST_F(CoreTest, runsWhatCombosAsk) {
+    using enum ActionType;
+    FakeRunner runner;
+    const Bytes cfg = encoded(combos({{{command, "c"}, {{openURL, "up:"}}},
+                                      {{keyPress, "a"}, std::nullopt},
+                                      {{typeText, "aB\n"}, {{typeText, "x"}}},
+                                      {{typeText, "\xC3\xA9"}, std::nullopt}}));
+    ASSERT_TRUE(m_core->updateCfg(cfg));
+    press(otherKeyboard, 4);
+    EXPECT_EQ(m_output.taken(), "!command ") << "nobody runs it";
+    press(otherKeyboard, 4, Edge::up);
+    m_core->setActionRunner(&runner);
+    press(otherKeyboard, 4);
+    press(otherKeyboard, 4, Edge::up);
+    EXPECT_THAT(runner.asked, testing::ElementsAre("run c", "open up:"));
+    m_output.taken();
+    press(otherKeyboard, 5);
+    EXPECT_EQ(m_output.taken(), "!keyPress 4d ");
+    press(otherKeyboard, 6);
+    EXPECT_EQ(m_output.taken(), "!typeText 4u 4d 4u 225d 5d 5u 225u 40d 40u ");
+    press(otherKeyboard, 7);
+    EXPECT_EQ(m_output.taken(), "!typeText ");
+    EXPECT_THAT(m_complaints, testing::ElementsAre(testing::Not(testing::HasSubstr("\xC3"))));
+    ASSERT_TRUE(m_core->updateCfg(cfg));
+    EXPECT_EQ(m_output.taken(), "!typeText 27d 27u ") << "due, the devices still being seized";
+    press(otherKeyboard, 4);
+    press(otherKeyboard, 8);
+    runner.asked.clear();
+    m_output.taken();
+    m_core->stopGrabbing();
+    EXPECT_THAT(runner.asked, testing::ElementsAre("open up:"));
+    EXPECT_EQ(m_output.taken(), "!openURL 8u ");
+}
+
+TEST_F(CoreTest, typesTheClipboardItAskedFor) {
+    FakeRunner runner;
+    m_core->setActionRunner(&runner);
+    const Bytes cfg = encoded(combos({{{ActionType::pasteClipboard, ""}, std::nullopt}}));
+    ASSERT_TRUE(m_core->updateCfg(cfg));
+    const auto ask = [&] {
+        press(otherKeyboard, 4);
+        press(otherKeyboard, 4, Edge::up);
+        m_output.taken();
+        return std::exchange(runner.clipboard, nullptr);
+    };
+    ask()("a\r\nb\rc\n");
+    EXPECT_EQ(m_output.taken(), "4d 4u 40d 40u 5d 5u 40d 40u 6d 6u 40d 40u ");
+    ask()(std::nullopt);
+    ask()("\xC3\xA9");
+    ask()(std::string(Core::maxTypedClipboard + 1, 'a'));
+    EXPECT_EQ(m_complaints.size(), 2U);
+
+    auto late = ask();
+    ASSERT_TRUE(m_core->updateCfg(cfg));
+    late("a");
+    late = ask();
+    m_core->stopGrabbing();
+    m_core->startGrabbing();
+    late("a");
+    late = ask();
+    m_core->shutDown();
+    late("a");
+    EXPECT_EQ(m_output.taken(), "") << "what was asked for before everything was released";
 }
 
 TEST_F(CoreTest, troubleIsReportedOnceAndChangesNoAnswer) {

@@ -114,3 +114,8 @@ def focus_window(name="^Tamsel$"):
 def type_keys(*keys):
     subprocess.run(["xdotool", "key", "--delay", "30", *keys], check=True)
     time.sleep(0.05)
+
+
+def type_text(text):
+    subprocess.run(["xdotool", "type", "--delay", "20", text], check=True)
+    time.sleep(0.05)

@@ -1,5 +1,6 @@
 """Real processes in a private home: started, watched with bounded waits, and ended by their pids."""
 
+import json
 import os
 import shutil
 import signal
@@ -19,6 +20,8 @@ DAEMON_PATH = "/app/tamsel/daemon"
 DAEMON_INTERFACE = "app.tamsel.TamselDaemonProtocol"
 APP_PATH = "/app/tamsel/app"
 APP_INTERFACE = "app.tamsel.TamselAppCallbackProtocol"
+KEYBOARD = {"vendorID": 1133, "productID": 50475, "product": "Keyboard", "manufacturer": "Maker",
+            "transport": "usb", "isSeized": False, "isAllowed": True, "isMouse": False}
 # Sanitized programs are several times slower.
 PATIENCE = 4.0 if os.environ.get("TAMSEL_SANITIZED") == "1" else 1.0
 
@@ -117,6 +120,50 @@ def wait_for_line(process, text, count=1, timeout=10.0):
         wait_until(seen, text, timeout)
     except AssertionError as error:
         raise AssertionError(f"{error}; the log: {log_lines(process)}") from None
+
+
+class SimulatedDaemon:
+    """The real daemon on a folder of simulated devices."""
+
+    def __init__(self, sandbox):
+        self.sandbox = sandbox
+        self.folder = os.path.join(sandbox.folder, "devices")
+        os.mkdir(self.folder)
+        with open(os.path.join(self.folder, "devices.json"), "w", encoding="utf-8") as file:
+            json.dump([KEYBOARD], file)
+        self.time = 0
+        self.start()
+
+    def start(self):
+        self.process = self.sandbox.start("tamsel-daemon", "--simulate", self.folder)
+        wait_until(lambda: os.path.exists(os.path.join(self.folder, "in")), "the daemon's FIFO")
+
+    def kill(self):
+        self.process.send_signal(signal.SIGKILL)
+        self.process.wait()
+
+    def output(self):
+        path = os.path.join(self.folder, "out")
+        if not os.path.exists(path):
+            return []
+        with open(path, encoding="utf-8") as file:
+            return file.read().splitlines()
+
+    def comes_out(self, keys, expected, timeout=10):
+        """What the keys' presses and releases ("57 down") come out as."""
+        before = len(self.output())
+        with open(os.path.join(self.folder, "in"), "w", encoding="utf-8") as file:
+            file.writelines(f"{self.time} 0 {key}\n" for key in keys)
+        self.time += 10
+        try:
+            wait_until(lambda: self.output()[before:] == expected, "the output", timeout)
+        except AssertionError:
+            raise AssertionError(f"{keys} came out as {self.output()[before:]}") from None
+
+    def rewrites(self, usage, expected, timeout=10):
+        """A press and release of the key come out as the expected one."""
+        self.comes_out([f"{usage} down", f"{usage} up"],
+                       [f"{expected} down", f"{expected} up"], timeout)
 
 
 class LoopThread:

@@ -1,8 +1,6 @@
 """From a click in the window to a rewritten key: the real application, the real daemon on simulated
 devices, and a person's hands on the accessibility bus and the keyboard."""
 
-import json
-import os
 import plistlib
 import signal
 import subprocess
@@ -11,48 +9,9 @@ import unittest
 import desktop
 import harness
 from desktop import Window, focus_window, type_keys
-from harness import Sandbox, wait_for_line, wait_until
+from harness import Sandbox, SimulatedDaemon, wait_for_line, wait_until
 
 SENT = "[DaemonXPC] 配置發送成功"
-KEYBOARD = {"vendorID": 1133, "productID": 50475, "product": "Keyboard", "manufacturer": "Maker",
-            "transport": "usb", "isSeized": False, "isAllowed": True, "isMouse": False}
-
-
-class SimulatedDaemon:
-    """The real daemon on a folder of simulated devices."""
-
-    def __init__(self, sandbox):
-        self.sandbox = sandbox
-        self.folder = os.path.join(sandbox.folder, "devices")
-        os.mkdir(self.folder)
-        with open(os.path.join(self.folder, "devices.json"), "w", encoding="utf-8") as file:
-            json.dump([KEYBOARD], file)
-        self.time = 0
-        self.start()
-
-    def start(self):
-        self.process = self.sandbox.start("tamsel-daemon", "--simulate", self.folder)
-        wait_until(lambda: os.path.exists(os.path.join(self.folder, "in")), "the daemon's FIFO")
-
-    def kill(self):
-        self.process.send_signal(signal.SIGKILL)
-        self.process.wait()
-
-    def output(self):
-        path = os.path.join(self.folder, "out")
-        if not os.path.exists(path):
-            return []
-        with open(path, encoding="utf-8") as file:
-            return file.read().splitlines()
-
-    def rewrites(self, usage, expected, timeout=10):
-        """A press and release of the key come out as the expected one."""
-        before = len(self.output())
-        with open(os.path.join(self.folder, "in"), "w", encoding="utf-8") as file:
-            file.write(f"{self.time} 0 {usage} down\n{self.time} 0 {usage} up\n")
-        self.time += 10
-        wait_until(lambda: self.output()[before:] == [f"{expected} down", f"{expected} up"],
-                   f"{usage} to come out as {expected}, last: {self.output()[before:]}", timeout)
 
 
 class TheWindow(unittest.TestCase):
@@ -117,8 +76,9 @@ class TheWindow(unittest.TestCase):
         window.find("push button", "Add Mapping")
         type_keys("a")
         window.find("combo box", "From: Choose a key")
-        # The new row's first field has the focus: its menu opens, typing filters, Return takes.
-        type_keys("space")
+        # The new row's record button has the focus, its first field stands before it: the menu
+        # opens, typing filters, Return takes.
+        type_keys("shift+Tab", "space")
         for key in "page_up":
             type_keys("underscore" if key == "_" else key)
         type_keys("Return")
