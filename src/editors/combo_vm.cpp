@@ -61,7 +61,8 @@ QString ComboVM::save() {
     Shortcut edited = m_editor->editedShortcut();
     if (edited.keys.keyCode == KeyCodes::noKey)
         edited.enabled = false;
-    std::vector<Shortcut> shortcuts = m_storage.load().shortcuts;
+    Cfg cfg = m_storage.load();
+    std::vector<Shortcut>& shortcuts = cfg.shortcuts;
     if (m_isAddingNew || m_isPromotingDefault) {
         edited.id = freshId();
         shortcuts.insert(shortcuts.begin(), edited);
@@ -71,7 +72,7 @@ QString ComboVM::save() {
             *place = edited;
     }
     closeEditor();
-    commit(std::move(shortcuts));
+    commit(cfg);
     return QString::fromStdString(edited.id);
 }
 
@@ -81,25 +82,27 @@ void ComboVM::cancel() {
 }
 
 void ComboVM::deleteCombo(const QString& id) {
-    std::vector<Shortcut> shortcuts = m_storage.load().shortcuts;
+    Cfg cfg = m_storage.load();
+    std::vector<Shortcut>& shortcuts = cfg.shortcuts;
     const auto place = findById(shortcuts, id);
     if (place == shortcuts.end())
         return;
     shortcuts.erase(place);
-    commit(std::move(shortcuts));
+    commit(cfg);
 }
 
 void ComboVM::setEnabled(const QString& id, bool enabled) {
-    std::vector<Shortcut> shortcuts = m_storage.load().shortcuts;
+    Cfg cfg = m_storage.load();
+    std::vector<Shortcut>& shortcuts = cfg.shortcuts;
     if (const auto own = findById(shortcuts, id); own != shortcuts.end()) {
         own->enabled = enabled;
-        commit(std::move(shortcuts));
+        commit(cfg);
         return;
     }
     const auto builtIn = uncoveredDefaultShortcuts(shortcuts);
     if (const auto row = findById(builtIn, id); enabled && row != builtIn.end()) {
         shortcuts.insert(shortcuts.begin(), promoted(*row, freshId()));
-        commit(std::move(shortcuts));
+        commit(cfg);
     }
 }
 
@@ -125,9 +128,7 @@ void ComboVM::closeEditor() {
     gone->deleteLater();
 }
 
-void ComboVM::commit(std::vector<Shortcut> shortcuts) {
-    Cfg cfg = m_storage.load();
-    cfg.shortcuts = std::move(shortcuts);
+void ComboVM::commit(const Cfg& cfg) {
     m_storage.save(cfg);
     m_daemon.sendConfig(withDefaults(cfg));
     show(cfg);

@@ -59,7 +59,7 @@ signals:
 private:
     void openEditor(const Shortcut& shortcut);
     void closeEditor();
-    void commit(std::vector<Shortcut> shortcuts);
+    void commit(const Cfg& cfg);
     void show(const Cfg& cfg);
     const Shortcut* find(const QString& id) const;
 

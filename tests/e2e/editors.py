@@ -193,6 +193,48 @@ class Editors(unittest.TestCase):
         self.assertEqual(self.stored("shortcuts"), [])
         self.assertEqual(harness.other_output(self.app), [], "the toolkit printed warnings")
 
+    def test_ten_thousand_combos(self):
+        combos = [{"id": f"id {i}", "enabled": True, "title": f"Combo {i}",
+                   "keys": {"keyCode": 4 + i % 90, "modifiers": ["command", "shift"]},
+                   "action": {"type": "command", "value": f"echo {i}"}} for i in range(10000)]
+        self.sandbox.put(plistlib.dumps(
+            {"version": "1.0", "mappings": [], "shortcuts": combos, "excludedKeyboards": [],
+             "mouseDevices": [], "grabScope": "all", "allowedDevices": []},
+            fmt=plistlib.FMT_BINARY))
+        self.start("Dash")
+
+        def hitches(action, limit, what):
+            with harness.Hitches(self.daemon) as found:
+                action()
+                time.sleep(0.3)  # what was asked for is on the screen
+            print(f"{what}: {found.worst * 1000:.0f} ms at most")
+            self.assertLess(found.worst, limit * harness.PATIENCE, what)
+
+        def scroll():
+            subprocess.run(["xdotool", "mousemove", "640", "500"], check=True)
+            for _ in range(40):
+                subprocess.run(["xdotool", "click", "5"], check=True)
+            type_keys(*["Next"] * 20)
+
+        hitches(lambda: type_keys("3"), 0.5, "opening")
+        hitches(scroll, 0.15, "scrolling")
+        type_keys("End")
+        self.window.find("panel", "Fn+[ Go Back")
+        type_keys("Home")
+        # The marks, the stored configuration and the daemon's are made anew with every edit.
+        hitches(lambda: self.window.press("check box", "Combo 1"), 0.3, "an edit")
+        wait_until(lambda: not self.stored("shortcuts")[1]["enabled"], "the edit")
+        # What is deleted leaves the keyboard on the next row.
+        self.window.press("push button", "Edit Combo 2")
+        type_keys("Escape")
+        hitches(lambda: type_keys("Delete"), 0.3, "deleting")
+        self.window.gone("push button", "Delete Combo 2")
+        type_keys("Delete")
+        self.window.gone("push button", "Delete Combo 3")
+        self.assertEqual([c["title"] for c in self.stored("shortcuts")[:4]],
+                         ["Combo 0", "Combo 1", "Combo 4", "Combo 5"])
+        self.assertEqual(harness.other_output(self.app), [], "the toolkit printed warnings")
+
 
 if __name__ == "__main__":
     desktop.run_in_desktop()

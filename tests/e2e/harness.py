@@ -281,3 +281,28 @@ class StandInDaemon:
         return self.connections[-1].call_sync(
             None, APP_PATH, APP_INTERFACE, method, arguments, reply and GLib.VariantType(reply),
             Gio.DBusCallFlags.NONE, 5000, None).unpack()
+
+
+class Hitches:
+    """While it lasts the application is asked time and again for an answer that its main thread
+    gives; afterwards `worst` is the longest wait in seconds."""
+
+    def __init__(self, daemon):
+        self.daemon = daemon
+        self.worst = 0.0
+
+    def __enter__(self):
+        self.ends = threading.Event()
+        self.thread = threading.Thread(target=self._ask)
+        self.thread.start()
+        return self
+
+    def _ask(self):
+        while not self.ends.wait(0.002):
+            started = time.monotonic()
+            self.daemon.ask_app("openURL", GLib.Variant("(sd)", ("a:b", 0.0)), "(b)")
+            self.worst = max(self.worst, time.monotonic() - started)
+
+    def __exit__(self, *_):
+        self.ends.set()
+        self.thread.join()

@@ -21,6 +21,7 @@ PageFrame {
             flick.contentY = Math.min(bottom - flick.height, flick.contentHeight - flick.height);
     }
 
+    scroller: flick
     onFocusMoved: item => reveal(item)
 
     body: Flickable {

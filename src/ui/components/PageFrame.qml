@@ -12,11 +12,39 @@ FocusScope {
     // The window shows this screen; false while it is hidden.
     readonly property bool shown: Window.visibility !== Window.Hidden
     readonly property int contentWidth: header.width
+    // What Page Up and Down, Home and End scroll.
+    property Flickable scroller: null
 
     // The user wants a new row.
     signal addRequested()
     // What has the keyboard focus now is inside this screen.
     signal focusMoved(Item item)
+
+    // Scrolls as a key says; false for a key that says nothing of it.
+    function scrollBy(key: int): bool {
+        const list = scroller as ListView;
+        const page = scroller.height - Theme.headerHeight;
+        const top = scroller.originY;
+        const bottom = Math.max(top, top + scroller.contentHeight - scroller.height);
+        switch (key) {
+        case Qt.Key_PageUp:
+            scroller.contentY = Math.max(top, scroller.contentY - page);
+            return true;
+        case Qt.Key_PageDown:
+            scroller.contentY = Math.min(bottom, scroller.contentY + page);
+            return true;
+        case Qt.Key_Home:
+            // A list only estimates where its far rows are.
+            list ? list.positionViewAtBeginning() : scroller.contentY = top;
+            return true;
+        case Qt.Key_End:
+            list ? list.positionViewAtEnd() : scroller.contentY = bottom;
+            return true;
+        }
+        return false;
+    }
+
+    Keys.onPressed: event => event.accepted = scroller && scrollBy(event.key)
 
     Connections {
         target: frame.Window.window

@@ -95,6 +95,8 @@ Window {
         height: parent.height
         model: root.main
         focus: true
+        // The screen beside it scrolls by its keys from here, too.
+        Keys.forwardTo: pages.item ? [pages.item] : []
     }
 
     Loader {

@@ -13,6 +13,7 @@ ListView {
     // How many rows are the user's; the others follow them.
     readonly property int ownRows: combo.ownCount
 
+    signal editRequested(string id)
     signal leftForward()
     signal leftBackward()
 
@@ -85,7 +86,7 @@ ListView {
 
         Connections {
             target: cell.view
-            function onEditRequested(): void { list.combo.edit(cell.row.id); }
+            function onEditRequested(): void { list.editRequested(cell.row.id); }
             function onRemoveRequested(): void { list.remove(cell.index, cell.row.id); }
             function onToggled(on: bool): void { list.combo.setEnabled(cell.row.id, on); }
             function onLinkOpened(): void { list.combo.openLink(cell.row.id); }

@@ -8,6 +8,19 @@ PageFrame {
     required property ComboVM combo
     required property Recording recording
 
+    // The row that is being edited; none while a new combo is.
+    property string editedRow
+
+    function add(): void {
+        editedRow = "";
+        combo.addCombo();
+    }
+
+    function edit(id: string): void {
+        editedRow = id;
+        combo.edit(id);
+    }
+
     function save(): void {
         const id = combo.save();
         if (id)
@@ -17,13 +30,17 @@ PageFrame {
     function cancel(): void {
         const opener = (dialog.item as Dialog).opener;
         combo.cancel();
-        if (opener)
+        const row = editedRow ? comboRows.indexOf(editedRow) : -1;
+        if (row >= 0)
+            list.focusRow(row, 3, 1);
+        else if (opener)
             opener.forceActiveFocus(Qt.PopupFocusReason);
     }
 
     title: qsTr("Combo")
+    scroller: list
     onShownChanged: if (shown) combo.reload()
-    onAddRequested: combo.addCombo()
+    onAddRequested: add()
     onFocusMoved: item => list.reveal(item)
     Component.onCompleted: combo.reload()
     Component.onDestruction: combo.cancel()
@@ -34,7 +51,7 @@ PageFrame {
         text: qsTr("Add Combo")
         symbol: "add"
         keyHint: "A"
-        onClicked: page.combo.addCombo()
+        onClicked: page.add()
         Keys.onTabPressed: list.focusFirst()
     }
 
@@ -50,6 +67,7 @@ PageFrame {
         combo: page.combo
         rows: comboRows
         cardWidth: page.contentWidth
+        onEditRequested: id => page.edit(id)
         onLeftForward: end.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
         onLeftBackward: addButton.forceActiveFocus(Qt.BacktabFocusReason)
     }
