@@ -26,7 +26,8 @@ std::vector<Shortcut> manyCombos(std::int64_t count) {
 void marks(benchmark::State& state) {
     const auto combos = manyCombos(state.range(0));
     const auto builtIn = uncoveredDefaultShortcuts(combos);
-    const std::vector<KeyMapping> mappings(100, KeyMapping{.id = "", .enabled = true, .from = {30, {}}});
+    const std::vector<KeyMapping> mappings(100,
+                                           KeyMapping{.id = "", .enabled = true, .from = {30, {}}});
     for (auto _ : state) {
         benchmark::DoNotOptimize(conflictingIds(combos, builtIn));
         benchmark::DoNotOptimize(systemConflicts(combos, builtIn));

@@ -110,7 +110,7 @@ private:
 
     MappingTable m_mappings;
     ComboTable m_combos;
-    ComboTable m_lastCombos; ///< what the actions fired by a reload point into
+    ComboTable m_lastCombos;      ///< what the actions fired by a reload point into
     std::deque<Device> m_devices; ///< keeps its elements where they are
     VirtualKeys m_keys;
     const Press* m_chordOwner = nullptr; ///< whose release ends the chord

@@ -102,7 +102,7 @@ QString ShortcutEditVM::valueMessage() const {
     return tamsel::valueMessage(m_editedShortcut.action).value_or(QString());
 }
 
-quint32 ShortcutEditVM::mainKey() const {
+int ShortcutEditVM::mainKey() const {
     return keyPressMainKey(m_editedShortcut.action.value);
 }
 

@@ -15,14 +15,14 @@ class ShortcutEditVM final : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool isNew READ isNew CONSTANT)
     Q_PROPERTY(QString title READ title WRITE setTitle NOTIFY changed)
-    Q_PROPERTY(quint32 keyCode READ keyCode NOTIFY changed)
+    Q_PROPERTY(int keyCode READ keyCode NOTIFY changed)
     Q_PROPERTY(QString keyName READ keyName NOTIFY changed)
     Q_PROPERTY(QStringList modifiers READ modifiers NOTIFY changed)
     Q_PROPERTY(QStringList triggerCaps READ triggerCaps NOTIFY changed)
     Q_PROPERTY(Action action READ action WRITE setAction NOTIFY changed)
     Q_PROPERTY(QString value READ value WRITE setValue NOTIFY changed)
     Q_PROPERTY(QString valueMessage READ valueMessage NOTIFY changed)
-    Q_PROPERTY(quint32 mainKey READ mainKey NOTIFY changed)
+    Q_PROPERTY(int mainKey READ mainKey NOTIFY changed)
     Q_PROPERTY(QString mainKeyName READ mainKeyName NOTIFY changed)
     Q_PROPERTY(QStringList outputModifiers READ outputModifiers NOTIFY changed)
     Q_PROPERTY(QStringList outputCaps READ outputCaps NOTIFY changed)
@@ -50,7 +50,7 @@ public:
     QString title() const { return QString::fromStdString(m_editedShortcut.title); }
     void setTitle(const QString& title);
 
-    quint32 keyCode() const { return m_editedShortcut.keys.keyCode; }
+    int keyCode() const { return int(m_editedShortcut.keys.keyCode); }
     QString keyName() const;
     QStringList modifiers() const;
     QStringList triggerCaps() const;
@@ -67,7 +67,7 @@ public:
     void setValue(const QString& value);
     QString valueMessage() const;
 
-    quint32 mainKey() const;
+    int mainKey() const;
     QString mainKeyName() const;
     QStringList outputModifiers() const;
     QStringList outputCaps() const;

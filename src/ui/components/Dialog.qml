@@ -56,7 +56,9 @@ T.Popup {
         color: Theme.surface
         border { width: 1; color: Theme.border }
     }
-    contentItem: FocusScope {
+    contentItem: frame
+
+    readonly property FocusScope frame: FocusScope {
         focus: true
         Accessible.role: Accessible.Dialog
         Accessible.name: dialog.title

@@ -5,7 +5,8 @@ import Tamsel
 Flow {
     id: caps
 
-    property list<string> names
+    // Names of the catalogue or of modifiers.
+    property var names: []
     property bool large: false
 
     spacing: 4
@@ -15,7 +16,7 @@ Flow {
         KeyCap {
             required property string modelData
             name: modelData
-            large: caps.large
+            large: parent && (parent as KeyCaps).large
         }
     }
 }

@@ -12,17 +12,20 @@ FocusScope {
     property bool readOnly: false
     property Recording recording: null
 
-    readonly property RecordButton recordButton: recorder.item as RecordButton
-    readonly property bool capturing: recordButton && recordButton.capturing
+    readonly property alias recordButton: recorder
+    readonly property bool capturing: recorder.capturing
 
     signal picked(int code)
     signal recorded(int code, var modifiers)
 
     function focusSelector(reason: int): void {
-        (readOnly ? recordButton : selector).forceActiveFocus(reason);
+        if (readOnly)
+            recorder.forceActiveFocus(reason);
+        else
+            selector.forceActiveFocus(reason);
     }
     function focusRecordButton(reason: int): void {
-        recordButton.forceActiveFocus(reason);
+        recorder.forceActiveFocus(reason);
     }
 
     implicitHeight: Theme.fieldHeight
@@ -70,7 +73,7 @@ FocusScope {
         width: selector.width - x - 4
         minimumPixelSize: 11
         fontSizeMode: Text.HorizontalFit
-        text: field.capturing ? field.recordButton.hint : ""
+        text: field.capturing ? recorder.hint : ""
         Accessible.role: Accessible.AlertMessage
         Accessible.ignored: !visible
     }
@@ -79,18 +82,16 @@ FocusScope {
         x: selector.width
         width: 1
         height: 20
-        visible: recorder.active && !field.capturing && !field.readOnly
+        visible: recorder.visible && !field.capturing && !field.readOnly
         color: Theme.border
     }
-    Loader {
+    RecordButton {
         id: recorder
         anchors.right: parent.right
-        active: field.recording
-        width: active ? Theme.fieldHeight : 0
-        sourceComponent: RecordButton {
-            recording: field.recording
-            role: field.role
-            onRecorded: (keyCode, modifiers) => field.recorded(keyCode, modifiers)
-        }
+        width: visible ? Theme.fieldHeight : 0
+        visible: field.recording
+        recording: field.recording
+        role: field.role
+        onRecorded: (keyCode, modifiers) => field.recorded(keyCode, modifiers)
     }
 }

@@ -7,7 +7,7 @@ Grid {
 
     required property list<string> names
     // The modifiers that are on.
-    property list<string> chosen
+    property var chosen: []
     property int current: 0
 
     signal toggled(string name)
@@ -35,12 +35,14 @@ Grid {
             required property string modelData
             required property int index
 
-            width: (toggles.width - 3 * toggles.spacing) / toggles.columns
+            readonly property ModifierToggles owner: parent as ModifierToggles
+
+            width: owner ? (owner.width - 3 * owner.spacing) / owner.columns : 0
             text: KeyLegend.of(modelData)
-            on: toggles.chosen.includes(modelData)
-            focusPolicy: index === toggles.current ? Qt.StrongFocus : Qt.ClickFocus
-            onClicked: toggles.toggled(modelData)
-            onActiveFocusChanged: if (activeFocus) toggles.current = index
+            on: owner && owner.chosen.includes(modelData)
+            focusPolicy: owner && index === owner.current ? Qt.StrongFocus : Qt.ClickFocus
+            onClicked: owner.toggled(modelData)
+            onActiveFocusChanged: if (activeFocus) owner.current = index
         }
     }
 }

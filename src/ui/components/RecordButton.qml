@@ -6,11 +6,12 @@ import Tamsel
 T.AbstractButton {
     id: button
 
+    // Who records for it; nobody yet, perhaps.
     required property Recording recording
     // What the key is for, as "From".
     required property string role
 
-    readonly property bool capturing: recording.owner === button
+    readonly property bool capturing: recording && recording.owner === button
     readonly property string hint: qsTr("Press any key · Esc to cancel")
 
     signal recorded(int keyCode, var modifiers)

@@ -49,24 +49,26 @@ Rectangle {
                 required property var modelData
                 required property int index
 
-                readonly property bool isChosen: index === control.place
+                readonly property SegmentedControl owner: parent ? parent.parent as SegmentedControl
+                                                                 : null
+                readonly property int chosenPlace: owner ? owner.place : -1
+                readonly property bool isChosen: index === chosenPlace
 
-                height: line.height
-                implicitWidth: name.implicitWidth + 26
+                height: parent ? parent.height : 0
+                implicitWidth: contentItem.implicitWidth + 26
                 text: modelData.text
                 hoverEnabled: true
-                focusPolicy: isChosen || (control.place < 0 && index === 0) ? Qt.StrongFocus
-                                                                            : Qt.ClickFocus
+                focusPolicy: isChosen || (chosenPlace < 0 && index === 0) ? Qt.StrongFocus
+                                                                          : Qt.ClickFocus
                 autoExclusive: false
                 checked: isChosen
                 // The model decides; the control goes on showing what it says.
                 onCheckedChanged: if (checked !== isChosen) checked = Qt.binding(() => isChosen)
                 Accessible.name: text
                 Accessible.onPressAction: cell.clicked()
-                onClicked: control.chosen(modelData.value)
+                onClicked: owner.chosen(modelData.value)
 
                 contentItem: Label {
-                    id: name
                     horizontalAlignment: Text.AlignHCenter
                     type: cell.isChosen ? Theme.formLabel : Theme.button
                     text: cell.text

@@ -59,7 +59,7 @@ Window {
             screenKeys.install();
         } else {
             screenKeys.remove();
-            keyViewer.active = false;
+            keyViewer.close();
         }
     }
 
@@ -108,14 +108,16 @@ Window {
         id: keyViewer
 
         function open(): void {
-            active = true;
+            if (!item)
+                setSource("keyviewer/KeyViewerPopup.qml", { viewer: root.keyViewer });
             (item as KeyViewerPopup).requestActivate();
         }
-
-        active: false
-        sourceComponent: KeyViewerPopup {
-            viewer: root.keyViewer
-            onClosing: keyViewer.active = false
+        function close(): void {
+            source = "";
         }
+    }
+    Connections {
+        target: keyViewer.item
+        function onClosing(): void { keyViewer.close(); }
     }
 }

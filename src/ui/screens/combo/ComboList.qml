@@ -75,10 +75,13 @@ ListView {
 
     delegate: ComboCell {
         id: cell
+
+        readonly property ComboList list: ListView.view as ComboList
+
         width: ListView.view ? ListView.view.width : 0
-        cardWidth: list.cardWidth
-        total: list.count
-        ownRows: list.ownRows
+        cardWidth: list ? list.cardWidth : 0
+        total: list ? list.count : 0
+        ownRows: list ? list.ownRows : 0
         onTabbed: step => list.tab(cell, step)
         // What waits for its next row is on no screen, for assistive technology either.
         ListView.onPooled: visible = false
@@ -86,10 +89,10 @@ ListView {
 
         Connections {
             target: cell.view
-            function onEditRequested(): void { list.editRequested(cell.row.id); }
-            function onRemoveRequested(): void { list.remove(cell.index, cell.row.id); }
-            function onToggled(on: bool): void { list.combo.setEnabled(cell.row.id, on); }
-            function onLinkOpened(): void { list.combo.openLink(cell.row.id); }
+            function onEditRequested(): void { cell.list.editRequested(cell.row.id); }
+            function onRemoveRequested(): void { cell.list.remove(cell.index, cell.row.id); }
+            function onToggled(on: bool): void { cell.list.combo.setEnabled(cell.row.id, on); }
+            function onLinkOpened(): void { cell.list.combo.openLink(cell.row.id); }
         }
     }
 }

@@ -13,7 +13,7 @@ FocusScope {
 
     readonly property string title: text.title
     // The Tab stops from left to right.
-    readonly property var stops: [text.link, keyMark.item, mappingMark.item, edit, remove, onOff]
+    readonly property var stops: [text.link, keyMark, mappingMark, edit, remove, onOff]
 
     signal editRequested()
     signal removeRequested()
@@ -65,31 +65,25 @@ FocusScope {
         anchors { right: parent.right; rightMargin: Theme.cardPadding }
         y: Math.round(text.y + (text.height - height) / 2)
 
-        Loader {
+        ConflictMark {
             id: keyMark
             anchors.verticalCenter: parent.verticalCenter
-            active: view.row.keyConflict
-            visible: active
-            sourceComponent: ConflictMark {
-                symbol: "exclamationmark.triangle.fill"
-                ink: Theme.orange
-                message: qsTr("Key conflict: same keys used by another combo")
-                detail: view.row.conflictsWith
-            }
+            visible: view.row.keyConflict
+            symbol: "exclamationmark.triangle.fill"
+            ink: Theme.orange
+            message: qsTr("Key conflict: same keys used by another combo")
+            detail: view.row.conflictsWith
         }
-        Loader {
+        ConflictMark {
             id: mappingMark
             anchors.verticalCenter: parent.verticalCenter
-            active: view.row.mappingConflict
-            visible: active
-            sourceComponent: ConflictMark {
-                symbol: "keyboard.badge.ellipsis"
-                ink: Theme.red
-                size: 21
-                message: qsTr("Trigger key is remapped in Mapping — this combo will not trigger")
-                detail: qsTr("%1 to %2").arg(view.row.keys[view.row.keys.length - 1])
-                                        .arg(view.row.remappedTo || qsTr("no key"))
-            }
+            visible: view.row.mappingConflict
+            symbol: "keyboard.badge.ellipsis"
+            ink: Theme.red
+            size: 21
+            message: qsTr("Trigger key is remapped in Mapping — this combo will not trigger")
+            detail: qsTr("%1 to %2").arg(view.row.keys[view.row.keys.length - 1])
+                                    .arg(view.row.remappedTo || qsTr("no key"))
         }
         Item { width: 14; height: 1 }
         IconButton {

@@ -8,7 +8,7 @@ Column {
     required property comboRow row
 
     readonly property string title: row.title || qsTr("Untitled")
-    readonly property Item link: linkLoader.item as Item
+    readonly property alias link: titleLink
 
     signal linkOpened()
 
@@ -17,31 +17,27 @@ Column {
         spacing: 8
 
         Label {
-            width: Math.min(implicitWidth, parent.width - linkLoader.width - pill.width
+            width: Math.min(implicitWidth, parent.width - titleLink.width - pill.width
                                            - 2 * parent.spacing)
             type: Theme.rowTitle
             text: column.title
             color: column.row.title ? Theme.text : Theme.textMuted
         }
-        Loader {
-            id: linkLoader
+        Link {
+            id: titleLink
             anchors.verticalCenter: parent.verticalCenter
-            active: column.row.linkText
-            width: active ? implicitWidth : 0
-            visible: active
-            sourceComponent: Link {
-                text: column.row.linkText
-                about: column.title
-                onClicked: column.linkOpened()
-            }
+            width: visible ? implicitWidth : 0
+            visible: column.row.linkText
+            text: column.row.linkText
+            about: column.title
+            onClicked: column.linkOpened()
         }
-        Loader {
+        StatusPill {
             id: pill
             anchors.verticalCenter: parent.verticalCenter
-            active: column.row.holdMode
-            width: active ? implicitWidth : 0
-            visible: active
-            sourceComponent: StatusPill { text: qsTr("Hold mode") }
+            width: visible ? implicitWidth : 0
+            visible: column.row.holdMode
+            text: qsTr("Hold mode")
         }
     }
     ComboActionLine {
@@ -50,40 +46,34 @@ Column {
         action: column.row.action
         value: column.row.value
     }
-    Loader {
+    ComboActionLine {
         width: parent.width
-        active: column.row.holdMode
-        visible: active
-        sourceComponent: ComboActionLine {
-            symbol: "arrow.up"
-            action: column.row.upAction
-            value: column.row.upValue
-        }
+        visible: column.row.holdMode
+        symbol: "arrow.up"
+        action: column.row.upAction
+        value: column.row.upValue
     }
-    Loader {
+    Item {
         width: parent.width
-        active: column.row.systemShortcut
-        visible: active
-        sourceComponent: Item {
-            implicitHeight: message.height + 4
+        height: message.height + 4
+        visible: column.row.systemShortcut
 
-            Icon {
-                y: 6
-                symbol: "exclamationmark.shield.fill"
-                size: Theme.iconSmall - 2
-                color: Theme.yellow
-            }
-            Label {
-                id: message
-                x: 22
-                y: 4
-                width: parent.width - x
-                type: Theme.fieldLabel
-                text: qsTr("Overrides macOS %1 — Tamsel will intercept this keystroke before macOS")
-                          .arg(column.row.systemShortcut)
-                color: Theme.yellow
-                wrapMode: Text.Wrap
-            }
+        Icon {
+            y: 6
+            symbol: "exclamationmark.shield.fill"
+            size: Theme.iconSmall - 2
+            color: Theme.yellow
+        }
+        Label {
+            id: message
+            x: 22
+            y: 4
+            width: parent.width - x
+            type: Theme.fieldLabel
+            text: qsTr("Overrides macOS %1 — Tamsel will intercept this keystroke before macOS")
+                      .arg(column.row.systemShortcut)
+            color: Theme.yellow
+            wrapMode: Text.Wrap
         }
     }
 }

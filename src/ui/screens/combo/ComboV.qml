@@ -75,12 +75,22 @@ PageFrame {
 
     Loader {
         id: dialog
-        active: page.combo.editor
-        sourceComponent: ShortcutEditView {
-            editor: page.combo.editor
-            recording: page.recording
-            onSaved: page.save()
-            onCanceled: page.cancel()
+
+        function show(): void {
+            if (page.combo.editor)
+                setSource("../comboeditor/ShortcutEditView.qml",
+                          { editor: page.combo.editor, recording: page.recording });
+            else
+                source = "";
         }
+    }
+    Connections {
+        target: page.combo
+        function onEditorChanged(): void { dialog.show(); }
+    }
+    Connections {
+        target: dialog.item
+        function onSaved(): void { page.save(); }
+        function onCanceled(): void { page.cancel(); }
     }
 }

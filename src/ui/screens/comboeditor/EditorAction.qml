@@ -9,6 +9,9 @@ EditorSection {
 
     readonly property int action: editor.action
 
+    onActionChanged: form.show()
+    Component.onCompleted: form.show()
+
     function choice(value: int): var {
         return { value: value, text: section.editor.titleOf(value) };
     }
@@ -35,46 +38,25 @@ EditorSection {
         }
     }
     Loader {
+        id: form
         width: parent.width
-        sourceComponent: section.action === ShortcutEditVM.KeyPress ? keyPress
-                       : section.action === ShortcutEditVM.TypeText ? typeText
-                       : section.action === ShortcutEditVM.PasteClipboard ? note : value
-    }
+        visible: item
 
-    Component {
-        id: keyPress
-        EditorKeyPress { editor: section.editor }
-    }
-    Component {
-        id: typeText
-        FormField {
-            label: qsTr("Text to type (US layout)")
-            message: section.editor.valueMessage
-
-            TextArea {
-                width: parent.width
-                label: qsTr("Text to type (US layout)")
-                text: section.editor.value
-                errorText: section.editor.valueMessage
-                onEdited: text => section.editor.value = text
+        function show(): void {
+            const model = { editor: section.editor };
+            switch (section.action) {
+            case ShortcutEditVM.KeyPress: return setSource("EditorKeyPress.qml", model);
+            case ShortcutEditVM.TypeText: return setSource("EditorText.qml", model);
+            case ShortcutEditVM.PasteClipboard: return setSource("");
+            default: setSource("EditorValue.qml", model);
             }
         }
     }
-    Component {
-        id: note
-        Label {
-            text: qsTr("Pastes current clipboard content via virtual HID. Works in IPMI/KVM consoles.")
-            color: Theme.textMuted
-            wrapMode: Text.Wrap
-        }
-    }
-    Component {
-        id: value
-        EditorValue {
-            value: section.editor.value
-            action: section.action
-            message: section.editor.valueMessage
-            onEdited: text => section.editor.value = text
-        }
+    Label {
+        width: parent.width
+        visible: section.action === ShortcutEditVM.PasteClipboard
+        text: qsTr("Pastes current clipboard content via virtual HID. Works in IPMI/KVM consoles.")
+        color: Theme.textMuted
+        wrapMode: Text.Wrap
     }
 }

@@ -49,10 +49,8 @@ EditorSection {
             id: value
             x: type.width + 12
             width: parent.width - x
-            value: section.editor.upValue
-            action: section.editor.upAction
-            message: section.editor.upMessage
-            onEdited: text => section.editor.upValue = text
+            editor: section.editor
+            release: true
         }
     }
 }

@@ -21,17 +21,22 @@ Item {
         return share * width;
     }
 
+    function described(): string {
+        const text = `${row.eventType}, ${row.keyName}, ${device.text}, ${row.actionName}`;
+        return row.outputName ? text + ", " + row.outputName : text;
+    }
+
     component Cell: Label {
+        property KeyViewerRow owner: parent as KeyViewerRow
         property int column
-        x: 12 + cell.startOf(column)
-        width: cell.shares[column] * cell.width - 12
+        x: 12 + owner.startOf(column)
+        width: owner.shares[column] * owner.width - 12
         anchors.verticalCenter: parent.verticalCenter
     }
 
     implicitHeight: Theme.viewerRowHeight
     Accessible.role: Accessible.ListItem
-    Accessible.name: [row.eventType, row.keyName, device.text, row.actionName, row.outputName]
-                     .filter(text => text).join(", ")
+    Accessible.name: described()
 
     Rectangle {
         width: parent.width

@@ -24,8 +24,11 @@ Card {
                 required property string modelData
                 required property int index
 
-                width: table.shares[index] * header.width
-                height: header.height
+                readonly property KeyViewerTable owner: parent ? parent.parent as KeyViewerTable
+                                                               : null
+
+                width: owner ? owner.shares[index] * parent.width : 0
+                height: parent ? parent.height : 0
                 leftPadding: 12
                 type: Theme.section
                 text: modelData
@@ -61,15 +64,25 @@ Card {
             onPressedChanged: if (!pressed) list.following = list.atYEnd
         }
 
+        // Follows once for all the events that come together.
+        Timer {
+            id: settled
+            interval: 0
+            onTriggered: list.follow()
+        }
+
         model: GadgetListModel {
             source: table.viewer
             list: "events"
             key: "id"
-            onRowsInserted: Qt.callLater(list.follow)
+            onRowsInserted: settled.start()
         }
         delegate: KeyViewerRow {
+            readonly property KeyViewerTable owner: ListView.view
+                                                    ? ListView.view.parent as KeyViewerTable : null
+
             width: ListView.view ? ListView.view.width : 0
-            shares: table.shares
+            shares: owner ? owner.shares : []
         }
     }
     EmptyState {
