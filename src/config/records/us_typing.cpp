@@ -28,10 +28,10 @@ constexpr auto table = [] {
     std::array<TypedKey, 128> keys{};
     for (const Run& run : runs) {
         for (std::size_t i = 0; i < run.plain.size(); ++i)
-            keys[static_cast<std::size_t>(run.plain[i])] = {
+            keys[static_cast<unsigned char>(run.plain[i])] = {
                 run.first + static_cast<std::uint32_t>(i), ShiftKey::up};
         for (std::size_t i = 0; i < run.shifted.size(); ++i)
-            keys[static_cast<std::size_t>(run.shifted[i])] = {
+            keys[static_cast<unsigned char>(run.shifted[i])] = {
                 run.first + static_cast<std::uint32_t>(i), ShiftKey::held};
     }
     return keys;
