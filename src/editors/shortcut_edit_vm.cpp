@@ -103,7 +103,7 @@ QString ShortcutEditVM::valueMessage() const {
 }
 
 int ShortcutEditVM::mainKey() const {
-    return keyPressMainKey(m_editedShortcut.action.value);
+    return int(keyPressMainKey(m_editedShortcut.action.value));
 }
 
 QString ShortcutEditVM::mainKeyName() const {
