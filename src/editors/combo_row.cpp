@@ -107,7 +107,7 @@ QList<ComboRow> comboRows(const std::vector<Shortcut>& shortcuts,
     const Marks marks{conflictingIds(shortcuts, builtIn), systemConflicts(shortcuts, builtIn),
                       enabledMappingFroms(mappings)};
     QList<ComboRow> rows;
-    rows.reserve(qsizetype(shortcuts.size() + builtIn.size()));
+    rows.reserve(qsizetype(shortcuts.size()) + qsizetype(builtIn.size()));
     for (const Shortcut& shortcut : shortcuts)
         rows.append(row(shortcut, Origin::user, marks));
     for (const Shortcut& shortcut : builtIn)

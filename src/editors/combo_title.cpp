@@ -6,7 +6,7 @@ namespace tamsel {
 
 ComboTitle ComboTitle::parse(const std::string& title) {
     const QString whole = QString::fromStdString(title);
-    const ComboTitle plain{whole, {}, {}};
+    ComboTitle plain{whole, {}, {}};
     const qsizetype open = whole.lastIndexOf(QLatin1String(" ["));
     const qsizetype middle = open < 0 ? -1 : whole.indexOf(QLatin1String("]("), open);
     if (middle < 0 || !whole.endsWith(u')'))

@@ -6,6 +6,7 @@
 #include "editors/combo_row.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tamsel {
 
@@ -39,8 +40,8 @@ void switchType(ShortcutAction& action, ShortcutEditVM::Action to,
 
 } // namespace
 
-ShortcutEditVM::ShortcutEditVM(const Shortcut& shortcut, Kind kind, QObject* parent)
-    : QObject(parent), m_editedShortcut(shortcut), m_kind(kind) {}
+ShortcutEditVM::ShortcutEditVM(Shortcut shortcut, Kind kind, QObject* parent)
+    : QObject(parent), m_editedShortcut(std::move(shortcut)), m_kind(kind) {}
 
 bool ShortcutEditVM::canSave() const {
     return tamsel::canSave(m_editedShortcut, m_mainKeyPick);

@@ -41,7 +41,7 @@ public:
     /// Whether the combo is one that did not exist before.
     enum class Kind { added, existing };
 
-    ShortcutEditVM(const Shortcut& shortcut, Kind kind, QObject* parent = nullptr);
+    ShortcutEditVM(Shortcut shortcut, Kind kind, QObject* parent = nullptr);
 
     const Shortcut& editedShortcut() const { return m_editedShortcut; }
     bool canSave() const;
