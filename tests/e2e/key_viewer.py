@@ -116,7 +116,8 @@ class KeyViewer(unittest.TestCase):
         delays.sort()
         print(f"median delay {delays[50] * 1000:.1f} ms, 95 % {delays[95] * 1000:.1f} ms, "
               f"memory grown by {grown} kB", flush=True)
-        self.assertLess(grown, 4000)
+        if harness.PATIENCE == 1.0:  # a sanitizer keeps what is freed for a while
+            self.assertLess(grown, 4000)
         self.assertLess(delays[50], 0.016 * harness.PATIENCE)
 
 
