@@ -33,7 +33,10 @@ class KeyViewer(unittest.TestCase):
         focus_window()
 
     def rows(self):
-        return [row.get_name() for row in self.window.all("list item")]
+        """The rows in sight from top to bottom; the list makes them in any order."""
+        rows = self.window.all("list item")
+        rows.sort(key=lambda row: row.get_extents(desktop.Atspi.CoordType.SCREEN).y)
+        return [row.get_name() for row in rows]
 
     def open_viewer(self):
         type_keys("5", "k")
