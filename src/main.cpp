@@ -1,11 +1,14 @@
 #include "app/app_delegate.h"
-#include "app/connection_vm.h"
+#include "app/dashboard_vm.h"
 #include "app/launch_at_login_mgr.h"
+#include "app/permission_mgr.h"
+#include "app/settings_guide_vm.h"
 #include "config/storage_mgr.h"
 #include "daemon/daemon_event_hub.h"
 #include "daemon/daemon_mgr.h"
 #include "daemon/daemon_xpc_client.h"
 #include "daemon/protocol/socket_path.h"
+#include "devices/device_mgr_vm.h"
 #include "driver/system_extension_mgr.h"
 #include "editors/combo_vm.h"
 #include "editors/mapping_vm.h"
@@ -18,7 +21,9 @@
 #include "platform/linux/desktop_workspace.h"
 #include "platform/linux/folder_bundle.h"
 #include "platform/linux/journal_system_log.h"
+#include "platform/linux/linux_machine.h"
 #include "platform/linux/linux_service_management.h"
+#include "platform/linux/qt_application.h"
 #include "platform/linux/qt_local_events.h"
 #include "platform/linux/qt_main_queue.h"
 #include "platform/linux/qt_pasteboard.h"
@@ -31,6 +36,7 @@
 #include "platform/notification_center.h"
 #include "ui/main_vm.h"
 #include "ui/main_window.h"
+#include "update/update_mgr.h"
 
 #include <QGuiApplication>
 #include <QScopeGuard>
@@ -45,20 +51,27 @@ int cantStart(const std::string& reason) {
     return 1;
 }
 
-/// The driver of the daemon that the services run: with a system daemon it is for the daemon's user
-/// to open, with one of our own for this user; the driver of a daemon elsewhere is not ours.
-std::unique_ptr<tamsel::SystemExtensionService>
-makeDriver(tamsel::LinuxServiceManagement::Kind kind, const tamsel::Bundle& bundle,
-           tamsel::MainQueue& queue, tamsel::BackgroundQueue& background) {
-    using Kind = tamsel::LinuxServiceManagement::Kind;
-    if (kind == Kind::fixed)
-        return std::make_unique<tamsel::UnmanagedDriver>(queue);
+using ServiceKind = tamsel::LinuxServiceManagement::Kind;
+
+/// Where the driver of the daemon that the services run is: with a system daemon it is for the
+/// daemon's user to open, with one of our own for this user.
+tamsel::UinputPlaces driverPlaces(ServiceKind kind, const tamsel::Bundle& bundle) {
     tamsel::UinputPlaces places;
     places.helper =
         bundle.pathForResource(QStringLiteral("tamsel-driver-helper"), QStringLiteral("app"))
             .value_or(QString());
-    if (kind == Kind::systemd)
+    if (kind == ServiceKind::systemd)
         places.daemonGroup = QStringLiteral("tamsel");
+    return places;
+}
+
+/// The driver of a daemon elsewhere is not ours.
+std::unique_ptr<tamsel::SystemExtensionService> makeDriver(ServiceKind kind,
+                                                           const tamsel::UinputPlaces& places,
+                                                           tamsel::MainQueue& queue,
+                                                           tamsel::BackgroundQueue& background) {
+    if (kind == ServiceKind::fixed)
+        return std::make_unique<tamsel::UnmanagedDriver>(queue);
     return std::make_unique<tamsel::UinputDriver>(queue, background, places);
 }
 
@@ -102,8 +115,11 @@ int main(int argc, char** argv) {
     // Background work may log to its very end, so its queue ends before the logger.
     tamsel::ChildProcessRunner processes;
     tamsel::ThreadBackgroundQueue background([&processes] { processes.stop(); });
-    const auto driver = makeDriver(serviceKind, bundle, queue, background);
+    const auto places = driverPlaces(serviceKind, bundle);
+    const auto driver = makeDriver(serviceKind, places, queue, background);
+    tamsel::LinuxMachine machine(background, queue, places);
     tamsel::StorageMgr storage(**defaults, logger);
+    tamsel::pendingTakeovers::revert(storage, **defaults);
     tamsel::DaemonXPCClient daemon(connector, storage,
                                    {queue, clock, pasteboard, workspace, logger});
     tamsel::DaemonMgr daemonMgr(services, bundle, logger);
@@ -112,7 +128,10 @@ int main(int argc, char** argv) {
     tamsel::SystemExtensionMgr sysExtMgr({*driver, processes, background, queue, logger}, daemon);
     tamsel::LaunchAtLoginMgr launchAtLogin(services, **defaults, logger);
 
-    tamsel::ConnectionVM connection(daemon);
+    tamsel::DeviceMgrVM devices(storage, daemon, queue, **defaults);
+    tamsel::UpdateMgr updateMgr;
+    tamsel::PermissionMgr permission(daemonMgr);
+    tamsel::SettingsGuideVM guide(machine, daemonMgr, sysExtMgr, pasteboard);
     tamsel::DaemonEventHub eventHub(daemon, localEvents, queue);
     tamsel::MappingVM mapping(storage, daemon);
     tamsel::ComboVM combo(storage, daemon, workspace);
@@ -123,11 +142,20 @@ int main(int argc, char** argv) {
     tamsel::MainVM main(notifications);
     tamsel::KeyboardShortcutHandler screenKeys(localEvents, main.screenKeys());
     tamsel::KeyboardShortcutHandler aboutKeys(localEvents, main.aboutKeys());
+    tamsel::QtApplication terminator;
     tamsel::AppDelegate delegate(
-        {queue, logger, storage, daemon, daemonMgr, sysExtMgr, launchAtLogin});
+        {terminator, queue, logger, storage, daemon, daemonMgr, sysExtMgr, launchAtLogin});
+    tamsel::DashboardVM dashboard({queue, **defaults, notifications, bundle, guide, daemon,
+                                   daemonMgr, sysExtMgr, updateMgr, permission, launchAtLogin,
+                                   delegate});
+    QObject::connect(&application, &QGuiApplication::applicationStateChanged, &notifications,
+                     [&notifications](Qt::ApplicationState state) {
+                         if (state == Qt::ApplicationActive)
+                             Q_EMIT notifications.applicationDidBecomeActive();
+                     });
 
-    const tamsel::MainWindow window({main, mapping, combo, connection, keyRecorder, comboRecorder,
-                                     keyViewer, screenKeys, aboutKeys});
+    const tamsel::MainWindow window({main, mapping, combo, dashboard, devices, guide, permission,
+                                     keyRecorder, comboRecorder, keyViewer, screenKeys, aboutKeys});
     if (!window.window())
         return cantStart("the window can't be loaded");
     delegate.applicationDidFinishLaunching();

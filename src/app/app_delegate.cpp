@@ -7,6 +7,7 @@
 #include "daemon/daemon_xpc_client.h"
 #include "driver/system_extension_mgr.h"
 #include "log/logger.h"
+#include "platform/application.h"
 #include "platform/main_queue.h"
 
 namespace tamsel {
@@ -38,6 +39,15 @@ void AppDelegate::setupDaemon() {
 
 void AppDelegate::sendStoredConfig() {
     m_managers.daemon.sendConfig(withDefaults(m_managers.storage.load()));
+}
+
+void AppDelegate::fullQuit() {
+    m_managers.daemonMgr.unregisterServices();
+    m_managers.daemon.disconnect();
+    m_pendingQuit = m_managers.queue.after(fullQuitDelay, [this] {
+        setFullQuit();
+        m_managers.application.terminate();
+    });
 }
 
 void AppDelegate::applicationWillTerminate() {

@@ -3,7 +3,16 @@
 #include <QTextBoundaryFinder>
 #include <QUrl>
 
+#include <algorithm>
+
 namespace tamsel {
+
+namespace {
+
+/// More than the widest window shows; a text from outside may have millions.
+constexpr std::size_t shownUnits = 400;
+
+} // namespace
 
 qsizetype characterCount(QStringView text, std::optional<qsizetype> limit) {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
@@ -11,6 +20,28 @@ qsizetype characterCount(QStringView text, std::optional<qsizetype> limit) {
     while ((!limit || count < *limit) && finder.toNextBoundary() != -1)
         ++count;
     return count;
+}
+
+QString shownLine(QString text) {
+    text.truncate(shownUnits);
+    for (QChar& character : text) {
+        const auto isTurning = [](QChar c) {
+            return (c >= u'\u202A' && c <= u'\u202E') || (c >= u'\u2066' && c <= u'\u2069');
+        };
+        if (character == u'\n')
+            character = u'↵';
+        else if (character == u'\t')
+            character = u'⇥';
+        else if (character.category() == QChar::Other_Control || isTurning(character))
+            character = u'·';
+    }
+    return text;
+}
+
+QString shownLine(const std::string& text) {
+    constexpr std::size_t longestUnit = 3; // bytes of UTF-8
+    const std::size_t bytes = std::min(text.size(), shownUnits * longestUnit);
+    return shownLine(QString::fromUtf8(text.data(), qsizetype(bytes)));
 }
 
 std::optional<QUrl> openableURL(const QString& text) {

@@ -4,6 +4,7 @@
 #include <QStringView>
 
 #include <optional>
+#include <string>
 
 class QUrl;
 
@@ -12,6 +13,11 @@ namespace tamsel {
 /// The number of user-perceived characters (extended grapheme clusters of UAX #29). Counting stops
 /// at `limit` when one is given, so the result is at most `limit`.
 qsizetype characterCount(QStringView text, std::optional<qsizetype> limit = std::nullopt);
+
+/// A text from outside as one line of the window: at most 400 UTF-16 units, line ends and tabs as
+/// signs, other control characters and those that turn the direction of writing as a dot.
+QString shownLine(QString text);
+QString shownLine(const std::string& text);
 
 inline constexpr qsizetype maxUrlCharacters = 2048;
 

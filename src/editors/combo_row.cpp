@@ -3,6 +3,7 @@
 #include "config/combo_conflicts.h"
 #include "config/records/key_codes.h"
 #include "config/records/modifier_names.h"
+#include "config/text_rules.h"
 #include "editors/action_titles.h"
 #include "editors/combo_title.h"
 
@@ -13,19 +14,11 @@ namespace tamsel {
 
 namespace {
 
-/// More than the widest window shows; a stored value may have a million characters.
-constexpr qsizetype shownCharacters = 400;
-
-QString oneLine(QString text) {
-    text.truncate(shownCharacters);
-    return text.replace(u'\n', u'↵').replace(u'\t', u'⇥');
-}
-
 /// A chord of no keys only swallows its trigger.
 QString shownValue(const ShortcutAction& action) {
     if (action.type == ActionType::keyPress && action.value.empty())
         return QStringLiteral("—");
-    return oneLine(QString::fromStdString(action.value));
+    return shownLine(action.value);
 }
 
 QString keyName(quint32 code) {
@@ -61,8 +54,8 @@ ComboRow row(const Shortcut& shortcut, Origin origin, const Marks& marks) {
         .id = QString::fromStdString(shortcut.id),
         .builtIn = origin == Origin::builtIn,
         .enabled = shortcut.enabled,
-        .title = oneLine(title.text),
-        .linkText = oneLine(title.linkText),
+        .title = shownLine(title.text),
+        .linkText = shownLine(title.linkText),
         .keys = capNames(shortcut.keys.modifiers, shortcut.keys.keyCode),
         .action = actionTitle(shortcut.action.type),
         .value = shownValue(shortcut.action),
@@ -74,7 +67,7 @@ ComboRow row(const Shortcut& shortcut, Origin origin, const Marks& marks) {
     }
     if (const auto conflict = marks.keys.find(shortcut.id); conflict != marks.keys.end()) {
         out.keyConflict = true;
-        out.conflictsWith = oneLine(ComboTitle::parse(conflict->second->title).text);
+        out.conflictsWith = shownLine(ComboTitle::parse(conflict->second->title).text);
     }
     if (isMappingConflict(shortcut, marks.froms)) {
         out.mappingConflict = true;
@@ -95,7 +88,7 @@ QStringList capNames(const std::vector<std::string>& modifiers, quint32 keyCode)
     });
     QStringList names;
     for (const std::string& name : sorted)
-        names.append(oneLine(QString::fromStdString(name)));
+        names.append(shownLine(name));
     if (keyCode != KeyCodes::noKey)
         names.append(keyName(keyCode));
     return names;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -17,6 +18,13 @@ public:
     /// The path of a resource; type "app" names a companion program. Nothing when it isn't there.
     virtual std::optional<QString> pathForResource(const QString& name,
                                                    const QString& type) const = 0;
+    /// The same for a resource in a subdirectory of the bundle's resources.
+    virtual std::optional<QString> pathForResourceIn(const QString& subdirectory,
+                                                     const QString& name,
+                                                     const QString& type) const = 0;
+    /// The languages that the bundle has texts in, such as "zh-Hant", in the user's order of
+    /// preference; without those that the user does not know.
+    virtual QStringList preferredLocalizations() const = 0;
 };
 
 } // namespace tamsel

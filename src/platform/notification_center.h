@@ -18,6 +18,10 @@ signals:
     void navigateToPage(const QString& page);
     /// "KeyboardShortcut_A": add a row on the screen that is shown.
     void keyboardShortcutA();
+    /// "MenuBarVisibilityChanged": whether the icon is to be shown was changed in the settings.
+    void menuBarVisibilityChanged();
+    /// The application has become the one that the user works with.
+    void applicationDidBecomeActive();
 };
 
 } // namespace tamsel

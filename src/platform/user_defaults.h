@@ -24,6 +24,15 @@ public:
     virtual Result<void> setBool(bool value, const QString& key) = 0;
     /// Whether the key was ever written, whatever its value.
     virtual Result<bool> contains(const QString& key) = 0;
+
+    /// The value under `key` as a boolean: true for a number other than 0, false for anything else;
+    /// nothing when the key was never written or can't be read.
+    std::optional<bool> boolForKey(const QString& key) {
+        const auto data = dataForKey(key);
+        if (!data || !*data)
+            return std::nullopt;
+        return (*data)->toDouble() != 0;
+    }
 };
 
 } // namespace tamsel

@@ -3,7 +3,10 @@
 // The logic's classes as QML types of this module. They come in here so that no room below knows
 // QML; instances reach the screens as properties of the window, never as singletons.
 
-#include "app/connection_vm.h"
+#include "app/dashboard_vm.h"
+#include "app/permission_mgr.h"
+#include "app/settings_guide_vm.h"
+#include "devices/device_mgr_vm.h"
 #include "editors/combo_row.h"
 #include "editors/combo_vm.h"
 #include "editors/mapping_vm.h"
@@ -16,11 +19,56 @@
 
 namespace tamsel {
 
-struct ConnectionVMForeign {
+struct DashboardVMForeign {
     Q_GADGET
-    QML_FOREIGN(tamsel::ConnectionVM)
-    QML_NAMED_ELEMENT(ConnectionVM)
+    QML_FOREIGN(tamsel::DashboardVM)
+    QML_NAMED_ELEMENT(DashboardVM)
     QML_UNCREATABLE("made by the application")
+};
+
+struct StatusCardForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::StatusCard)
+    QML_VALUE_TYPE(statusCard)
+};
+
+struct SettingsGuideVMForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::SettingsGuideVM)
+    QML_NAMED_ELEMENT(SettingsGuideVM)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct GuideFindingForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::GuideFinding)
+    QML_VALUE_TYPE(guideFinding)
+};
+
+struct GuideStepForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::GuideStep)
+    QML_VALUE_TYPE(guideStep)
+};
+
+struct PermissionMgrForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::PermissionMgr)
+    QML_NAMED_ELEMENT(PermissionMgr)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct DeviceMgrVMForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::DeviceMgrVM)
+    QML_NAMED_ELEMENT(DeviceMgrVM)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct DeviceRowForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::DeviceRow)
+    QML_VALUE_TYPE(deviceRow)
 };
 
 struct MappingVMForeign {

@@ -1,6 +1,9 @@
 #include "ui/main_window.h"
 
-#include "app/connection_vm.h"
+#include "app/dashboard_vm.h"
+#include "app/permission_mgr.h"
+#include "app/settings_guide_vm.h"
+#include "devices/device_mgr_vm.h"
 #include "editors/combo_vm.h"
 #include "editors/mapping_vm.h"
 #include "keytools/key_recorder_vm.h"
@@ -28,7 +31,10 @@ MainWindow::MainWindow(const WindowModels& models) {
         {QStringLiteral("main"), QVariant::fromValue(&models.main)},
         {QStringLiteral("mapping"), QVariant::fromValue(&models.mapping)},
         {QStringLiteral("combo"), QVariant::fromValue(&models.combo)},
-        {QStringLiteral("connection"), QVariant::fromValue(&models.connection)},
+        {QStringLiteral("dashboard"), QVariant::fromValue(&models.dashboard)},
+        {QStringLiteral("devices"), QVariant::fromValue(&models.devices)},
+        {QStringLiteral("guide"), QVariant::fromValue(&models.guide)},
+        {QStringLiteral("permission"), QVariant::fromValue(&models.permission)},
         {QStringLiteral("keyRecorder"), QVariant::fromValue(&models.keyRecorder)},
         {QStringLiteral("comboRecorder"), QVariant::fromValue(&models.comboRecorder)},
         {QStringLiteral("keyViewer"), QVariant::fromValue(&models.keyViewer)},

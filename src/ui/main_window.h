@@ -6,19 +6,25 @@
 namespace tamsel {
 
 class ComboVM;
-class ConnectionVM;
+class DashboardVM;
+class DeviceMgrVM;
 class KeyRecorderVM;
 class KeyViewerVM;
 class KeyboardShortcutHandler;
 class MainVM;
 class MappingVM;
+class PermissionMgr;
+class SettingsGuideVM;
 
 /// What the window shows and acts on. Nothing is owned; all must outlive the MainWindow.
 struct WindowModels {
     MainVM& main;
     MappingVM& mapping;
     ComboVM& combo;
-    ConnectionVM& connection;
+    DashboardVM& dashboard;
+    DeviceMgrVM& devices;
+    SettingsGuideVM& guide;
+    PermissionMgr& permission;
     KeyRecorderVM& keyRecorder;   ///< single keys, for mappings
     KeyRecorderVM& comboRecorder; ///< keys with the modifiers held with them, for triggers
     KeyViewerVM& keyViewer;

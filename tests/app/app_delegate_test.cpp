@@ -6,6 +6,7 @@
 #include "config/records/cfg_coding.h"
 #include "daemon/daemon_mgr.h"
 #include "driver/system_extension_mgr.h"
+#include "platform/fake/fake_application.h"
 #include "platform/fake/fake_bundle.h"
 #include "platform/fake/fake_processes.h"
 #include "platform/fake/fake_service_management.h"
@@ -22,7 +23,9 @@ struct AppDelegateTest : LogicFixture {
     DaemonMgr daemonMgr{services, bundle, logger};
     SystemExtensionMgr sysExtMgr{{extensions, processes, background, queue, logger}, client};
     LaunchAtLoginMgr launchAtLogin{services, defaults, logger};
-    AppDelegate delegate{{queue, logger, storage, client, daemonMgr, sysExtMgr, launchAtLogin}};
+    FakeApplication application;
+    AppDelegate delegate{
+        {application, queue, logger, storage, client, daemonMgr, sysExtMgr, launchAtLogin}};
 
     void launch() {
         takeLog();

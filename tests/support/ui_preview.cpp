@@ -1,23 +1,38 @@
 // Shows the window over sample rows and a daemon in memory, to look at it and to drive it.
-// usage: ui_preview [--dark] [--size WxH] [--page NAME] [--rows N] [--edit ID] [--disconnected]
+// usage: ui_preview [--dark] [--size WxH] [--page NAME] [--rows N] [--edit ID] [--viewer]
+//                   [--trouble] [--quit] [--guide PANE] [--disconnected]
 
-#include "app/connection_vm.h"
+#include "app/app_delegate.h"
+#include "app/dashboard_vm.h"
+#include "app/launch_at_login_mgr.h"
+#include "app/permission_mgr.h"
+#include "app/settings_guide_vm.h"
+#include "config/records/cfg_coding.h"
 #include "config/storage_mgr.h"
 #include "daemon/daemon_event_hub.h"
+#include "daemon/daemon_mgr.h"
 #include "daemon/daemon_xpc_client.h"
+#include "devices/device_mgr_vm.h"
+#include "driver/system_extension_mgr.h"
 #include "editors/combo_vm.h"
 #include "editors/mapping_vm.h"
 #include "keytools/key_recorder_vm.h"
 #include "keytools/key_viewer_vm.h"
 #include "keytools/keyboard_shortcut_handler.h"
 #include "log/logger.h"
+#include "platform/fake/fake_application.h"
+#include "platform/fake/fake_bundle.h"
 #include "platform/fake/fake_daemon.h"
 #include "platform/fake/fake_local_events.h"
 #include "platform/fake/fake_main_queue.h"
+#include "platform/fake/fake_processes.h"
+#include "platform/fake/fake_service_management.h"
 #include "platform/fake/fake_system.h"
+#include "platform/fake/fake_system_extension.h"
 #include "platform/notification_center.h"
 #include "ui/main_vm.h"
 #include "ui/main_window.h"
+#include "update/update_mgr.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
@@ -94,6 +109,17 @@ Cfg sampleConfig(int rows) {
     return cfg;
 }
 
+Bytes sampleDevices() {
+    const std::string json = encodeSeenDevices(
+        {{-1, 641, "Internal Keyboard", "Maker", "SPI", true, true, false},
+         {0x05AC, 0x024F, "Mechanical Keyboard 87", "Maker", "USB", true, true, false},
+         {0x1A2C, 0x0027, "Numeric Keypad", "Maker", "USB", false, false, false},
+         {0x046D, 0xB023, "Travel Mouse", "Maker", "Bluetooth", false, false, true},
+         {0x046D, 0xC52B, "Trackball Receiver", "Maker", "USB", true, true, false},
+         {0x046D, 0xC52B, "Trackball Receiver", "Maker", "USB", true, true, true}});
+    return {json.begin(), json.end()};
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -105,6 +131,11 @@ int main(int argc, char** argv) {
                           {"rows", "user mappings and combos", "rows", "4"},
                           {"edit", "combo to edit", "id"},
                           {"viewer", "open the key viewer"},
+                          {"trouble", "driver and service are missing, an update is ready"},
+                          {"takeover", "a mouse takeover waits for its confirmation"},
+                          {"empty", "the daemon has seen no device"},
+                          {"quit", "ask whether to quit"},
+                          {"guide", "open a guide: extensions, input, items", "pane"},
                           {"disconnected", "no daemon"}});
     arguments.process(application);
     if (arguments.isSet("dark")) {
@@ -124,7 +155,33 @@ int main(int argc, char** argv) {
     StorageMgr storage(defaults, logger);
     DaemonXPCClient daemon(fakeDaemon, storage, {queue, clock, pasteboard, workspace, logger});
     NotificationCenter notifications;
-    ConnectionVM connection(daemon);
+    FakeServiceManagement services;
+    FakeBundle bundle;
+    bundle.infoStrings["CFBundleShortVersionString"] = "1.4.2";
+    bundle.resources["changelog/changelog.txt"] = TAMSEL_CHANGELOG;
+    FakeSystemExtensionService extensions;
+    FakeProcessRunner processes;
+    FakeBackgroundQueue background;
+    FakeApplication terminator;
+    FakeMachine machine;
+    machine.report = {.daemonUser = "mira",
+                      .kernelHasDriver = true,
+                      .uinput = NodeAccess::noAccess,
+                      .uinputMode = "root:root crw-------",
+                      .input = NodeAccess::noAccess,
+                      .inputMode = "root:input crw-rw----",
+                      .inputGroup = "input",
+                      .helper = "/usr/libexec/tamsel/tamsel-driver-helper"};
+    DaemonMgr daemonMgr(services, bundle, logger);
+    SystemExtensionMgr sysExtMgr({extensions, processes, background, queue, logger}, daemon);
+    LaunchAtLoginMgr launchAtLogin(services, defaults, logger);
+    UpdateMgr updateMgr;
+    PermissionMgr permission(daemonMgr);
+    SettingsGuideVM guide(machine, daemonMgr, sysExtMgr, pasteboard);
+    AppDelegate delegate(
+        {terminator, queue, logger, storage, daemon, daemonMgr, sysExtMgr, launchAtLogin});
+    DashboardVM dashboard({queue, defaults, notifications, bundle, guide, daemon, daemonMgr,
+                           sysExtMgr, updateMgr, permission, launchAtLogin, delegate});
     storage.save(sampleConfig(arguments.value("rows").toInt()));
     MappingVM mapping(storage, daemon);
     ComboVM combo(storage, daemon, workspace);
@@ -142,8 +199,32 @@ int main(int argc, char** argv) {
         queue.runPending();
     }
 
-    const MainWindow window({main, mapping, combo, connection, keyRecorder, comboRecorder,
-                             keyViewer, screenKeys, aboutKeys});
+    DeviceMgrVM devices(storage, daemon, queue, defaults);
+    if (!arguments.isSet("empty"))
+        fakeDaemon.seenDevices = sampleDevices();
+    if (arguments.isSet("trouble")) {
+        updateMgr.setCheckStatus(UpdateStatus::readyToInstall);
+    } else {
+        fakeDaemon.status = {true, true, "RUNNING"};
+        daemonMgr.registerServices();
+        permission.checkPermission();
+        sysExtMgr.loadExtension();
+        extensions.finish(0);
+    }
+    const MainWindow window({main, mapping, combo, dashboard, devices, guide, permission,
+                             keyRecorder, comboRecorder, keyViewer, screenKeys, aboutKeys});
+    queue.runPending();
+    if (arguments.isSet("takeover")) {
+        devices.reload();
+        queue.runPending();
+        devices.setEnabled("1133:50475", true);
+        queue.advance(std::chrono::seconds(3));
+    }
+    dashboard.setShowFullQuitConfirm(arguments.isSet("quit"));
+    if (const QString pane = arguments.value("guide"); pane == "items")
+        guide.openLoginItems();
+    else if (!pane.isEmpty())
+        guide.open(pane == "input" ? settingsPane::inputMonitoring : settingsPane::extensions);
     if (!window.window())
         return 1;
     if (const QStringList size = arguments.value("size").split('x'); size.size() == 2)

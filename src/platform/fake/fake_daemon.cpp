@@ -14,7 +14,9 @@ public:
         answerBool("updateCfg", std::move(reply));
     }
     void getStatus(StatusReply reply) override {
-        call("getStatus", [reply = std::move(reply)] { reply(true, true, "RUNNING"); });
+        call("getStatus", [reply = std::move(reply), status = m_daemon.status] {
+            reply(status.isGrabbing, status.driverConnected, status.text);
+        });
     }
     void getVersion(std::function<void(std::string)> reply) override {
         call("getVersion",

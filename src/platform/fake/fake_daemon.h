@@ -26,6 +26,11 @@ public:
     bool boolReply = true;
     Bytes seenDevices;
     std::string version = "1";
+    struct Status {
+        bool isGrabbing = true;
+        bool driverConnected = true;
+        std::string text = "RUNNING";
+    } status;
 
     std::vector<std::string> calls; ///< method names, in order
     std::vector<Bytes> configs;

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QLocale>
 #include <QStringList>
 #include <QXmlStreamReader>
 
@@ -9,9 +10,26 @@ namespace tamsel {
 
 namespace {
 
-/// The text values of the property list's outermost dictionary; what can't be read is left out.
-QMap<QString, QString> readInfo(const QString& file) {
-    QMap<QString, QString> info;
+struct Info {
+    QMap<QString, QString> texts;
+    QMap<QString, QStringList> lists;
+};
+
+QStringList readTexts(QXmlStreamReader& xml) {
+    QStringList texts;
+    while (xml.readNextStartElement()) {
+        if (xml.name() == u"string")
+            texts << xml.readElementText();
+        else
+            xml.skipCurrentElement();
+    }
+    return texts;
+}
+
+/// The texts and lists of texts of the property list's outermost dictionary; what can't be read is
+/// left out.
+Info readInfo(const QString& file) {
+    Info info;
     QFile in(file);
     if (!in.open(QFile::ReadOnly))
         return info;
@@ -24,7 +42,9 @@ QMap<QString, QString> readInfo(const QString& file) {
         if (xml.name() == u"key") {
             key = xml.readElementText();
         } else if (xml.name() == u"string") {
-            info.insert(key, xml.readElementText());
+            info.texts.insert(key, xml.readElementText());
+        } else if (xml.name() == u"array") {
+            info.lists.insert(key, readTexts(xml));
         } else {
             xml.skipCurrentElement();
         }
@@ -35,9 +55,11 @@ QMap<QString, QString> readInfo(const QString& file) {
 } // namespace
 
 FolderBundle::FolderBundle(QString folder, QString programFolder)
-    : m_folder(std::move(folder)),
-      m_programFolder(std::move(programFolder)),
-      m_info(readInfo(m_folder + QStringLiteral("/Info.plist"))) {}
+    : m_folder(std::move(folder)), m_programFolder(std::move(programFolder)) {
+    Info info = readInfo(m_folder + QStringLiteral("/Info.plist"));
+    m_info = std::move(info.texts);
+    m_localizations = info.lists.value(QStringLiteral("CFBundleLocalizations"));
+}
 
 FolderBundle FolderBundle::standard(const QString& programFolder) {
     const QString chosen = qEnvironmentVariable("TAMSEL_BUNDLE");
@@ -67,6 +89,32 @@ std::optional<QString> FolderBundle::pathForResource(const QString& name,
     if (m_isDaemonElsewhere && name == u"tamsel-daemon" && type == u"app")
         return candidates.front();
     return std::nullopt;
+}
+
+std::optional<QString> FolderBundle::pathForResourceIn(const QString& subdirectory,
+                                                       const QString& name,
+                                                       const QString& type) const {
+    const QFileInfo file(QStringLiteral("%1/%2/%3.%4").arg(m_folder, subdirectory, name, type));
+    return file.isFile() ? std::optional(file.canonicalFilePath()) : std::nullopt;
+}
+
+QStringList FolderBundle::preferredLocalizations() const {
+    return matchingLocalizations(QLocale::system().uiLanguages(), m_localizations);
+}
+
+QStringList FolderBundle::matchingLocalizations(const QStringList& languages,
+                                                const QStringList& available) {
+    QStringList matching;
+    for (const QString& language : languages) {
+        const QLocale locale(language);
+        const QString code = QLocale::languageToCode(locale.language());
+        const QString withScript = code + u'-' + QLocale::scriptToCode(locale.script());
+        for (const QString& candidate : {language, withScript, code}) {
+            if (available.contains(candidate) && !matching.contains(candidate))
+                matching << candidate;
+        }
+    }
+    return matching;
 }
 
 } // namespace tamsel

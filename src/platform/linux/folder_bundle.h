@@ -17,11 +17,19 @@ public:
 
     std::optional<QString> infoString(const QString& key) const override;
     std::optional<QString> pathForResource(const QString& name, const QString& type) const override;
+    std::optional<QString> pathForResourceIn(const QString& subdirectory, const QString& name,
+                                             const QString& type) const override;
+    QStringList preferredLocalizations() const override;
+
+    /// Those of `available` that somebody with these languages reads, in their order.
+    static QStringList matchingLocalizations(const QStringList& languages,
+                                             const QStringList& available);
 
 private:
     QString m_folder;
     QString m_programFolder;
     QMap<QString, QString> m_info;
+    QStringList m_localizations;
     bool m_isDaemonElsewhere = false;
 };
 

@@ -8,6 +8,8 @@ T.Popup {
     id: dialog
 
     property string title
+    // Whether a line sets the buttons apart; a short question does without.
+    property bool divided: true
     default property alias contents: body.data
     property alias buttons: buttonRow.data
 
@@ -38,7 +40,7 @@ T.Popup {
     x: Math.round((parent.width - width) / 2)
     y: Math.round((parent.height - height) / 2)
     height: Math.min(implicitHeight, (parent ? parent.height : 0) - 2 * Theme.dialogMargin)
-    implicitHeight: head.height + body.implicitHeight + foot.height
+    implicitHeight: head.y + head.height + body.implicitHeight + foot.height
     modal: true
     dim: true
     focus: true
@@ -67,15 +69,16 @@ T.Popup {
         Label {
             id: head
             x: dialog.edge
+            y: dialog.divided ? 0 : 17
             width: parent.width - 2 * x
-            height: 54
+            height: dialog.divided ? 54 : 34
             type: Theme.dialogTitle
             text: dialog.title
             Accessible.role: Accessible.Heading
         }
         Flickable {
             id: flick
-            y: head.height
+            y: head.y + head.height
             width: parent.width
             height: foot.y - y
             clip: true
@@ -92,16 +95,22 @@ T.Popup {
             id: foot
             y: parent.height - height
             width: parent.width
-            height: 59
+            height: dialog.divided ? 59 : 51
 
             Rectangle {
                 width: parent.width
                 height: 1
+                visible: dialog.divided
                 color: Theme.border
             }
             Row {
                 id: buttonRow
-                anchors { right: parent.right; rightMargin: dialog.edge; top: parent.top; topMargin: 14 }
+                anchors {
+                    right: parent.right
+                    rightMargin: dialog.edge
+                    top: parent.top
+                    topMargin: dialog.divided ? 14 : 0
+                }
                 spacing: 10
             }
         }

@@ -24,8 +24,8 @@ FocusScope {
     function scrollBy(key: int): bool {
         const list = scroller as ListView;
         const page = scroller.height - Theme.headerHeight;
-        const top = scroller.originY;
-        const bottom = Math.max(top, top + scroller.contentHeight - scroller.height);
+        const top = scroller.originY - scroller.topMargin;
+        const bottom = Math.max(top, scroller.originY + scroller.contentHeight - scroller.height);
         switch (key) {
         case Qt.Key_PageUp:
             scroller.contentY = Math.max(top, scroller.contentY - page);
@@ -35,10 +35,15 @@ FocusScope {
             return true;
         case Qt.Key_Home:
             // A list only estimates where its far rows are.
-            list ? list.positionViewAtBeginning() : scroller.contentY = top;
+            if (list)
+                list.positionViewAtBeginning();
+            scroller.contentY = scroller.originY - scroller.topMargin;
             return true;
         case Qt.Key_End:
-            list ? list.positionViewAtEnd() : scroller.contentY = bottom;
+            if (list)
+                list.positionViewAtEnd();
+            else
+                scroller.contentY = bottom;
             return true;
         }
         return false;

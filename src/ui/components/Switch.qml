@@ -7,6 +7,8 @@ import Tamsel
 T.Switch {
     id: control
 
+    property size size: Theme.switchSize
+
     readonly property bool touched: hovered || activeFocus
 
     function flip(): void {
@@ -14,8 +16,8 @@ T.Switch {
         toggled();
     }
 
-    implicitWidth: Theme.switchSize.width
-    implicitHeight: Theme.switchSize.height
+    implicitWidth: size.width
+    implicitHeight: size.height
     hoverEnabled: true
     Accessible.role: Accessible.CheckBox
     Accessible.name: text
@@ -26,8 +28,8 @@ T.Switch {
     Keys.onEnterPressed: control.flip()
 
     indicator: Rectangle {
-        implicitWidth: Theme.switchSize.width
-        implicitHeight: Theme.switchSize.height
+        implicitWidth: control.size.width
+        implicitHeight: control.size.height
         radius: height / 2
         color: !control.enabled ? Theme.graySoft
              : !control.checked ? (control.hovered ? Theme.hover : Theme.none)

@@ -8,7 +8,10 @@ Window {
     required property MainVM main
     required property MappingVM mapping
     required property ComboVM combo
-    required property ConnectionVM connection
+    required property DashboardVM dashboard
+    required property DeviceMgrVM devices
+    required property SettingsGuideVM guide
+    required property PermissionMgr permission
     required property KeyRecorderVM keyRecorder
     required property KeyRecorderVM comboRecorder
     required property KeyViewerVM keyViewer
@@ -30,20 +33,23 @@ Window {
     function showPage(): void {
         switch (main.selected) {
         case MainVM.Dashboard:
-            pages.setSource("dash/DashV.qml", { connection: root.connection });
+            pages.setSource("dash/DashV.qml", { dashboard: root.dashboard, guide: root.guide });
             break;
         case MainVM.Mapping:
             pages.setSource("mapping/MappingV.qml", { mapping: root.mapping,
+                                                      permission: root.permission,
                                                       recording: keyRecording });
             break;
         case MainVM.Combo:
-            pages.setSource("combo/ComboV.qml", { combo: root.combo, recording: comboRecording });
+            pages.setSource("combo/ComboV.qml", { combo: root.combo, permission: root.permission,
+                                                  recording: comboRecording });
             break;
-        case MainVM.About:
-            pages.setSource("about/AboutV.qml", { main: root.main, keys: root.aboutKeys });
+        case MainVM.Devices:
+            pages.setSource("devices/DevicesV.qml", { devices: root.devices });
             break;
         default:
-            pages.setSource("later/LaterV.qml", { title: sidebar.title });
+            pages.setSource("about/AboutV.qml", { main: root.main, keys: root.aboutKeys });
+            break;
         }
     }
 
@@ -53,7 +59,12 @@ Window {
     minimumWidth: 820
     minimumHeight: 620
     color: Theme.windowBg
-    Component.onCompleted: showPage()
+    Component.onCompleted: {
+        showPage();
+        const dash = pages.item as DashV;
+        if (dash)
+            dash.focusFirst();
+    }
     onVisibleChanged: {
         if (visible) {
             screenKeys.install();

@@ -155,12 +155,19 @@ QtObject {
     readonly property int menuMaxHeight: 404
     readonly property int heroTile: 52
     readonly property size switchSize: Qt.size(40, 22)
+    readonly property size masterSwitchSize: Qt.size(52, 28)
+    readonly property int settingsRowHeight: 48
+    readonly property int deviceRowHeight: 64
+    readonly property int cardTile: 36
+    readonly property int questionWidth: 420
+    readonly property int guideWidth: 600
     readonly property int keyHint: 18
 
     readonly property int iconInline: 14
     readonly property int iconSmall: 16
     readonly property int iconRow: 18
     readonly property int iconSidebar: 20
+    readonly property int iconBanner: 22
     readonly property int iconTile: 28
     readonly property int iconEmpty: 40
     readonly property int logo: 30

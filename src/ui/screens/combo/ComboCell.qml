@@ -39,28 +39,14 @@ FocusScope {
             Accessible.ignored: !visible
         }
     }
-    // The card's slice: a rounded rectangle that reaches beyond it where the card goes on.
-    Item {
+    CardSlice {
         id: slice
         x: Math.round((parent.width - width) / 2)
         y: heading.height
         width: cell.cardWidth
         height: content.height
-        clip: !cell.isFirst || !cell.isLast
-
-        Card {
-            y: cell.isFirst ? 0 : -Theme.radiusCard
-            width: parent.width
-            height: parent.height + (cell.isFirst ? 0 : Theme.radiusCard)
-                    + (cell.isLast ? 0 : Theme.radiusCard)
-        }
-        Rectangle {
-            x: 1
-            width: parent.width - 2
-            height: 1
-            visible: !cell.isFirst
-            color: Theme.border
-        }
+        isFirst: cell.isFirst
+        isLast: cell.isLast
     }
     ComboRowV {
         id: content

@@ -6,10 +6,16 @@ PageFrame {
     id: page
 
     required property ComboVM combo
+    required property PermissionMgr permission
     required property Recording recording
 
     // The row that is being edited; none while a new combo is.
     property string editedRow
+
+    function look(): void {
+        combo.reload();
+        permission.checkPermission();
+    }
 
     function add(): void {
         editedRow = "";
@@ -39,10 +45,10 @@ PageFrame {
 
     title: qsTr("Combo")
     scroller: list
-    onShownChanged: if (shown) combo.reload()
+    onShownChanged: if (shown) look()
     onAddRequested: add()
     onFocusMoved: item => list.reveal(item)
-    Component.onCompleted: combo.reload()
+    Component.onCompleted: look()
     Component.onDestruction: combo.cancel()
 
     actions: Button {
@@ -52,7 +58,12 @@ PageFrame {
         symbol: "add"
         keyHint: "A"
         onClicked: page.add()
-        Keys.onTabPressed: list.focusFirst()
+        Keys.onTabPressed: {
+            if (banner.visible)
+                banner.focusButton(Qt.TabFocusReason);
+            else
+                list.focusFirst();
+        }
     }
 
     GadgetListModel {
@@ -67,9 +78,28 @@ PageFrame {
         combo: page.combo
         rows: comboRows
         cardWidth: page.contentWidth
+        topMargin: banner.visible ? banner.height + 14 : 0
+        onTopMarginChanged: if (contentY <= originY) contentY = originY - topMargin
         onEditRequested: id => page.edit(id)
         onLeftForward: end.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
-        onLeftBackward: addButton.forceActiveFocus(Qt.BacktabFocusReason)
+        onLeftBackward: {
+            if (banner.visible)
+                banner.focusButton(Qt.BacktabFocusReason);
+            else
+                addButton.forceActiveFocus(Qt.BacktabFocusReason);
+        }
+    }
+    // Scrolls with the rows, above the first one.
+    PermissionBanner {
+        id: banner
+        parent: list.contentItem
+        x: Math.round((list.width - width) / 2)
+        y: list.originY - height - 14
+        width: page.contentWidth
+        visible: !page.permission.hasPermission
+        onRequestPermission: page.permission.requestPermission()
+        Keys.onTabPressed: list.focusFirst()
+        Keys.onBacktabPressed: addButton.forceActiveFocus(Qt.BacktabFocusReason)
     }
     Item { id: end }
 

@@ -1,65 +1,76 @@
 import QtQuick
 import Tamsel
 
+// Whether remapping works, what helps when it does not, and the switches of the application.
 Page {
     id: page
 
-    required property ConnectionVM connection
+    required property DashboardVM dashboard
+    required property SettingsGuideVM guide
 
-    Card {
+    function focusFirst(): void {
+        master.focusSwitch();
+    }
+
+    function showDialog(): void {
+        if (dashboard.showFullQuitConfirm)
+            dialog.setSource("FullQuitDialog.qml", { dashboard: dashboard });
+        else if (guide.isOpen)
+            dialog.setSource("../guide/SettingsGuideV.qml", { guide: guide });
+        else
+            dialog.close();
+    }
+
+    onShownChanged: {
+        if (shown)
+            dashboard.appear();
+        else
+            dashboard.disappear();
+    }
+    Component.onCompleted: {
+        if (shown)
+            dashboard.appear();
+        showDialog();
+    }
+    Component.onDestruction: dashboard.disappear()
+
+    StatusCards {
         width: parent.width
-        height: 86
+        dashboard: page.dashboard
+    }
+    MasterSwitch {
+        id: master
+        width: parent.width
+        dashboard: page.dashboard
+    }
+    Item { width: 1; height: Theme.cardGap }
+    SettingsCard {
+        width: parent.width
+        dashboard: page.dashboard
+    }
+    Item { width: 1; height: Theme.cardGap; visible: news.visible }
+    WhatsNew {
+        id: news
+        width: parent.width
+        dashboard: page.dashboard
+    }
 
-        Rectangle {
-            id: tile
-            x: 1 + Theme.cardPadding
-            anchors.verticalCenter: parent.verticalCenter
-            width: Theme.heroTile
-            height: Theme.heroTile
-            radius: Theme.radiusCard
-            color: page.connection.connected ? Theme.accentFill : Theme.graySoft
+    Loader {
+        id: dialog
 
-            Icon {
-                anchors.centerIn: parent
-                symbol: "keyboard"
-                size: Theme.iconTile
-                color: page.connection.connected ? Theme.textOnAccent : Theme.textMuted
-            }
+        function close(): void {
+            const opener = item ? (item as Dialog).opener : null;
+            source = "";
+            if (opener)
+                opener.forceActiveFocus(Qt.PopupFocusReason);
         }
-
-        Column {
-            anchors {
-                left: tile.right
-                leftMargin: 16
-                right: parent.right
-                rightMargin: 16
-                verticalCenter: parent.verticalCenter
-            }
-            spacing: 2
-
-            Label {
-                type: Theme.hero
-                text: qsTr("Tamsel")
-                Accessible.role: Accessible.Heading
-            }
-            Row {
-                width: parent.width
-                spacing: 6
-                visible: page.connection.statusText
-
-                Icon {
-                    anchors.verticalCenter: parent.verticalCenter
-                    symbol: page.connection.connected ? "checkmark.circle.fill" : "circle.dashed"
-                    size: Theme.iconInline
-                    color: status.color
-                }
-                Label {
-                    id: status
-                    width: parent.width - x
-                    text: page.connection.statusText
-                    color: page.connection.connected ? Theme.green : Theme.textMuted
-                }
-            }
-        }
+    }
+    Connections {
+        target: page.dashboard
+        function onShowFullQuitConfirmChanged(): void { page.showDialog(); }
+    }
+    Connections {
+        target: page.guide
+        function onIsOpenChanged(): void { page.showDialog(); }
     }
 }

@@ -6,7 +6,13 @@ Page {
     id: page
 
     required property MappingVM mapping
+    required property PermissionMgr permission
     required property Recording recording
+
+    function look(): void {
+        mapping.reload();
+        permission.checkPermission();
+    }
 
     function add(): void {
         const id = mapping.addMapping();
@@ -31,9 +37,9 @@ Page {
     }
 
     title: qsTr("Mapping")
-    onShownChanged: if (shown) mapping.reload()
+    onShownChanged: if (shown) look()
     onAddRequested: add()
-    Component.onCompleted: mapping.reload()
+    Component.onCompleted: look()
 
     actions: Button {
         id: addButton
@@ -57,6 +63,13 @@ Page {
         key: "id"
     }
 
+    PermissionBanner {
+        id: banner
+        width: parent.width
+        visible: !page.permission.hasPermission
+        onRequestPermission: page.permission.requestPermission()
+    }
+    Item { width: 1; height: 14; visible: banner.visible }
     MappingCard {
         id: userCard
         width: parent.width

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace tamsel {
+
+/// What stands between somebody and a device node.
+enum class NodeAccess : std::uint8_t {
+    ok,
+    noNode,        ///< there is none, or no driver behind it
+    noAccess,      ///< it may not be opened
+    notInGroupYet, ///< nor may it, but the user may since the last login: a new one is needed
+};
+
+/// The groups by which somebody may open nodes.
+struct Groups {
+    std::vector<gid_t> held;    ///< of the process
+    std::vector<gid_t> granted; ///< of its user, as the group database says now
+
+    /// Those of this process. Asks the group database; without an answer nothing is granted.
+    static Groups current();
+    /// Those of the next process that a user of this name starts: held as granted.
+    static Groups ofUser(const std::string& name);
+};
+
+/// Why a node could not be opened for `wanted` (permission bits as of a group: 4 read, 2 write),
+/// given its mode and group.
+NodeAccess whyDenied(mode_t mode, gid_t group, mode_t wanted, const Groups& groups);
+
+} // namespace tamsel

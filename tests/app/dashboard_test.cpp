@@ -1,0 +1,350 @@
+#include "../support/logic_fixture.h"
+
+#include "app/app_delegate.h"
+#include "app/changelog.h"
+#include "app/dashboard_cards.h"
+#include "app/dashboard_vm.h"
+#include "app/launch_at_login_mgr.h"
+#include "app/permission_mgr.h"
+#include "daemon/daemon_mgr.h"
+#include "driver/system_extension_mgr.h"
+#include "platform/fake/fake_application.h"
+#include "platform/fake/fake_bundle.h"
+#include "platform/fake/fake_processes.h"
+#include "platform/fake/fake_service_management.h"
+#include "platform/fake/fake_system_extension.h"
+#include "platform/notification_center.h"
+#include "update/update_mgr.h"
+
+#include <QTemporaryDir>
+
+namespace tamsel {
+
+struct DashboardTest : LogicFixture {
+    FakeServiceManagement services;
+    FakeBundle bundle;
+    FakeSystemExtensionService extensions;
+    FakeProcessRunner processes;
+    FakeBackgroundQueue background;
+    FakeApplication application;
+    FakeSettingsPanes panes;
+    NotificationCenter notifications;
+    UpdateMgr updateMgr;
+    DaemonMgr daemonMgr{services, bundle, logger};
+    SystemExtensionMgr sysExtMgr{{extensions, processes, background, queue, logger}, client};
+    LaunchAtLoginMgr launchAtLogin{services, defaults, logger};
+    PermissionMgr permission{daemonMgr};
+    AppDelegate delegate{
+        {application, queue, logger, storage, client, daemonMgr, sysExtMgr, launchAtLogin}};
+    std::unique_ptr<DashboardVM> vm = makeModel();
+
+    using Calls = std::vector<std::string>;
+
+    std::unique_ptr<DashboardVM> makeModel() {
+        return std::make_unique<DashboardVM>(
+            DashboardServices{queue, defaults, notifications, bundle, panes, client, daemonMgr,
+                              sysExtMgr, updateMgr, permission, launchAtLogin, delegate});
+    }
+    /// Everything in order: the services run, the driver is loaded.
+    void setUpMachine() {
+        daemonMgr.registerServices();
+        sysExtMgr.loadExtension();
+        extensions.finish(0);
+        queue.advance(Milliseconds(1000));
+        daemon.takeCalls();
+        takeLog();
+    }
+    void tick(int times = 1) { queue.advance(DashboardVM::pollInterval * times); }
+    QStringList cards() const {
+        QStringList ids;
+        for (const StatusCard& card : vm->cards())
+            ids << card.id + (card.primary ? "!" : "");
+        return ids;
+    }
+    Calls takeReply(bool isGrabbing, bool driverConnected, const char* text) {
+        daemon.status = {isGrabbing, driverConnected, text};
+        daemon.takeCalls();
+        tick();
+        return daemon.takeCalls();
+    }
+};
+
+TEST_F(DashboardTest, PollsOnlyWhileItIsShown) {
+    setUpMachine();
+    tick(3);
+    EXPECT_EQ(daemon.takeCalls(), Calls{});
+    vm->appear();
+    queue.runPending();
+    EXPECT_EQ(daemon.takeCalls(), Calls{"getStatus"});
+    tick(2);
+    EXPECT_EQ(daemon.takeCalls(), (Calls{"getStatus", "getStatus"}));
+    vm->disappear();
+    tick(3);
+    EXPECT_EQ(daemon.takeCalls(), Calls{});
+    EXPECT_EQ(queue.pendingTimers(), 0U);
+    Q_EMIT notifications.applicationDidBecomeActive();
+    queue.runPending();
+    EXPECT_EQ(daemon.takeCalls(), Calls{"getStatus"});
+}
+
+TEST_F(DashboardTest, FourSilentTicksMakeItUnresponsive) {
+    setUpMachine();
+    daemon.silent = true;
+    vm->appear();
+    EXPECT_EQ(cards(), QStringList{"checking"});
+    tick(3);
+    EXPECT_FALSE(vm->daemonUnresponsive());
+    daemon.silent = false;
+    Q_EMIT notifications.applicationDidBecomeActive(); // a reply after the third tick
+    queue.runPending();
+    EXPECT_EQ(cards(), QStringList{});
+    daemon.silent = true;
+    tick();
+    EXPECT_EQ(vm->pollTickCount(), 1);
+    tick(2);
+    EXPECT_FALSE(vm->daemonUnresponsive());
+    tick();
+    EXPECT_TRUE(vm->daemonUnresponsive());
+    EXPECT_EQ(cards(), QStringList{"unresponsive"});
+    EXPECT_EQ(vm->statusLine(), "Running normally") << "the last state stays";
+    vm->appear();
+    EXPECT_FALSE(vm->daemonUnresponsive()) << "starting again begins afresh";
+    tick(4);
+    daemon.silent = false;
+    tick();
+    EXPECT_FALSE(vm->daemonUnresponsive());
+}
+
+TEST_F(DashboardTest, ShowsWhatTheDaemonSaysAndKeepsItInLine) {
+    setUpMachine();
+    vm->appear();
+    queue.runPending();
+    struct Case {
+        bool isGrabbing, driverConnected;
+        const char* text;
+        QString line;
+        QStringList cards;
+        Calls orders; ///< with the master switch on
+    };
+    const Calls start{"getStatus", "startGrabbing"};
+    const Calls nothing{"getStatus"};
+    const Case cases[] = {
+        {true, true, "RUNNING", "Running normally", {}, nothing},
+        {true, true, "運行中", "Running normally", {}, nothing},
+        {false, true, "RUNNING", "Running normally", {}, start},
+        {false, true, "USER_STOPPED", "Keyboard remapping is currently disabled", {}, start},
+        {false,
+         true,
+         "TCC_DENIED",
+         "Input Monitoring permission is missing.",
+         {"permission!"},
+         nothing},
+        {false,
+         false,
+         "TCC_DENIED",
+         "Input Monitoring permission is missing.",
+         {"connection!"},
+         nothing},
+        {false,
+         true,
+         "DRIVER_CONNECTED_NOT_GRABBING",
+         "Driver is connected, keyboard remapping is not active.",
+         {},
+         start},
+        {false,
+         true,
+         "驅動已連接，未攔截",
+         "Driver is connected, keyboard remapping is not active.",
+         {},
+         start},
+        {false, false, "DRIVER_DISCONNECTED", "Driver is not connected.", {"connection!"}, start},
+        {false, false, "驅動未連接", "Driver is not connected.", {"connection!"}, start},
+        {false, false, "未連接", "Daemon is not connected yet.", {"connection!"}, start},
+        {true, true, "Something else", "Something else", {}, nothing},
+    };
+    for (const Case& each : cases) {
+        EXPECT_EQ(takeReply(each.isGrabbing, each.driverConnected, each.text), each.orders)
+            << each.text;
+        EXPECT_EQ(vm->statusLine(), each.line);
+        EXPECT_EQ(cards(), each.cards) << each.text;
+        EXPECT_EQ(vm->isRunning(), each.line == "Running normally");
+    }
+    vm->setRemappingEnabled(false);
+    queue.runPending();
+    EXPECT_EQ(daemon.takeCalls(), Calls{"stopGrabbing"});
+    EXPECT_EQ(takeReply(true, false, "USER_STOPPED"), (Calls{"getStatus", "stopGrabbing"}));
+    EXPECT_EQ(cards(), QStringList{}) << "nothing is at fault that is switched off";
+    EXPECT_EQ(takeReply(false, true, "USER_STOPPED"), Calls{"getStatus"});
+    vm = makeModel();
+    EXPECT_FALSE(vm->remappingEnabled()) << "it is remembered";
+    vm->setRemappingEnabled(true);
+    queue.runPending();
+    EXPECT_EQ(daemon.takeCalls(), Calls{"startGrabbing"});
+
+    sysExtMgr.unloadExtension();
+    extensions.finish(0);
+    vm->appear();
+    queue.runPending();
+    EXPECT_EQ(takeReply(false, true, "RUNNING"), Calls{"getStatus"}) << "without the driver";
+    EXPECT_EQ(cards(), QStringList{"driver!"});
+}
+
+TEST_F(DashboardTest, WithoutAProxyTheDaemonCountsAsNotConnected) {
+    setUpMachine();
+    daemon.implementsProtocol = false;
+    client.disconnect();
+    vm->appear();
+    queue.runPending();
+    EXPECT_EQ(vm->statusLine(), "Daemon is not connected yet.");
+    EXPECT_FALSE(vm->driverConnected());
+    daemonMgr.unregisterServices();
+    tick();
+    EXPECT_FALSE(vm->hasDaemonStatus()) << "the daemon is down";
+    EXPECT_EQ(vm->statusLine(), "");
+}
+
+TEST_F(DashboardTest, CardsAndWhatTheirButtonsDo) {
+    vm->appear();
+    EXPECT_EQ(cards(), (QStringList{"driver!", "service"}));
+    EXPECT_EQ(vm->cards()[0].button, "Load Extension");
+    EXPECT_EQ(vm->cards()[0].lead, "Unknown");
+    vm->act("driver");
+    EXPECT_EQ(extensions.requests.size(), 1);
+    extensions.needApproval();
+    queue.runPending();
+    EXPECT_EQ(vm->cards()[0].symbol, "exclamationmark.triangle.fill");
+    EXPECT_EQ(vm->cards()[0].text,
+              "Please allow the system extension in Privacy & Security settings");
+    vm->act("driver");
+    panes.version = 14;
+    vm->act("driver");
+    EXPECT_EQ(panes.opened, (QStringList{settingsPane::extensions.toString(),
+                                         settingsPane::extensionsBefore15.toString()}));
+
+    services.daemon->afterRegistering = ServiceStatus::requiresApproval;
+    EXPECT_EQ(vm->cards()[1].button, "Install Service");
+    vm->act("service");
+    EXPECT_EQ(services.calls, (QStringList{"register daemon", "register agent"}));
+    EXPECT_EQ(vm->cards()[1].button, "Open Login Items Settings");
+    vm->act("service");
+    EXPECT_EQ(panes.opened.takeLast(), "login items");
+    services.daemon->change(ServiceStatus::enabled);
+    extensions.finish(0);
+    queue.runPending();
+    EXPECT_EQ(cards(), QStringList{"checking"});
+
+    updateMgr.setCheckStatus(UpdateStatus::readyToInstall);
+    EXPECT_EQ(cards(), (QStringList{"checking", "update!"}));
+    int installations = 0;
+    QObject::connect(&updateMgr, &UpdateMgr::installRequested, [&] {
+        EXPECT_TRUE(delegate.isFullQuit()) << "the end must be allowed first";
+        ++installations;
+    });
+    vm->act("update");
+    EXPECT_EQ(installations, 1);
+    panes.opened.clear();
+    vm->act("permission");
+    vm->act("connection");
+    EXPECT_EQ(panes.opened, (QStringList{settingsPane::inputMonitoring.toString(),
+                                         settingsPane::extensionsBefore15.toString()}));
+}
+
+TEST_F(DashboardTest, ItsOwnSwitches) {
+    services.mainApp->current = ServiceStatus::enabled;
+    vm->appear();
+    EXPECT_TRUE(vm->isLaunchAtLoginEnabled());
+    EXPECT_TRUE(vm->showInMenuBar()) << "as long as nothing is stored";
+    services.mainApp->unregisterError = ServiceError{"D", 1, "no"};
+    takeLog();
+    vm->setLaunchAtLoginEnabled(false);
+    EXPECT_TRUE(vm->isLaunchAtLoginEnabled());
+    EXPECT_EQ(takeLog(), QStringList{"切換開機啟動失敗: no"});
+    services.mainApp->unregisterError.reset();
+    vm->setLaunchAtLoginEnabled(false);
+    EXPECT_FALSE(vm->isLaunchAtLoginEnabled());
+
+    int posted = 0;
+    QObject::connect(&notifications, &NotificationCenter::menuBarVisibilityChanged,
+                     [&] { ++posted; });
+    vm->setShowInMenuBar(false);
+    EXPECT_EQ(posted, 1);
+    vm = makeModel();
+    vm->appear();
+    EXPECT_FALSE(vm->showInMenuBar());
+}
+
+TEST_F(DashboardTest, FullQuitStopsTheServicesFirst) {
+    setUpMachine();
+    vm->appear();
+    vm->setShowFullQuitConfirm(true);
+    services.calls.clear();
+    vm->fullQuit();
+    EXPECT_FALSE(vm->showFullQuitConfirm());
+    EXPECT_EQ(services.calls, (QStringList{"unregister daemon", "unregister agent"}));
+    EXPECT_FALSE(client.hasConnection());
+    queue.advance(Milliseconds(299));
+    EXPECT_EQ(application.terminations, 0);
+    EXPECT_FALSE(delegate.isFullQuit());
+    queue.advance(Milliseconds(1));
+    EXPECT_EQ(application.terminations, 1);
+    EXPECT_TRUE(delegate.isFullQuit());
+    tick(3);
+    EXPECT_FALSE(client.hasConnection()) << "no poll connects again";
+}
+
+TEST_F(DashboardTest, PermissionIsThatOfARunningService) {
+    const std::tuple<ServiceStatus, bool, QString> cases[] = {
+        {ServiceStatus::enabled, true, "Daemon: 運行中"},
+        {ServiceStatus::requiresApproval, false, "Daemon: 已安裝但未運行"},
+        {ServiceStatus::notRegistered, false, "Daemon: 未安裝"},
+        {ServiceStatus::notFound, false, "Daemon: 未安裝"},
+    };
+    int told = 0;
+    QObject::connect(&permission, &PermissionMgr::hasPermissionChanged, [&] { ++told; });
+    for (const auto& [status, hasPermission, info] : cases) {
+        services.daemon->current = status;
+        vm->appear();
+        EXPECT_EQ(permission.hasPermission(), hasPermission);
+        EXPECT_EQ(permission.debugInfo(), info);
+    }
+    EXPECT_EQ(told, 4);
+    services.daemon->current = ServiceStatus::enabled;
+    daemonMgr.refreshStatus();
+    EXPECT_FALSE(permission.hasPermission()) << "between two checks the last answer stays";
+    permission.requestPermission();
+    EXPECT_TRUE(permission.hasPermission());
+}
+
+TEST_F(DashboardTest, NewestChangelogEntry) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"", ""},
+        {"no heading\n- a", ""},
+        {"intro\n## 2\n\n- a\n \t \n  - b  \n## 1\n- c", "- a\n  - b  "},
+        {"## 1\n##2\n- x", "##2\n- x"},
+    };
+    for (const auto& [text, entry] : cases)
+        EXPECT_EQ(newestChangelogEntry(text), entry);
+
+    const QTemporaryDir folder;
+    const auto put = [&](const QString& name, const QByteArray& text) {
+        QFile file(folder.filePath(name));
+        ASSERT_TRUE(file.open(QFile::WriteOnly));
+        file.write(text);
+        bundle.resources["changelog/" + name] = file.fileName();
+    };
+    EXPECT_EQ(loadLatestChangelog(bundle), "");
+    put("changelog.txt", "## 1\nenglish");
+    put("changelog_ja.txt", "## 1\njapanese");
+    put("changelog_fr.txt", "## 1\n\xff");
+    const std::pair<QStringList, const char*> languages[] = {{{}, "english"},
+                                                             {{"en", "ja"}, "english"},
+                                                             {{"ja"}, "japanese"},
+                                                             {{"de"}, "english"},
+                                                             {{"fr"}, ""}};
+    for (const auto& [localizations, text] : languages) {
+        bundle.localizations = localizations;
+        EXPECT_EQ(loadLatestChangelog(bundle), text);
+    }
+}
+
+} // namespace tamsel

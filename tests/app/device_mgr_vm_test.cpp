@@ -1,0 +1,245 @@
+#include "../support/logic_fixture.h"
+
+#include "config/default_config.h"
+#include "config/records/cfg_coding.h"
+#include "devices/device_mgr_vm.h"
+
+#include <cstring>
+
+namespace tamsel {
+
+struct DeviceMgrVMTest : LogicFixture {
+    std::unique_ptr<DeviceMgrVM> vm = makeModel();
+
+    std::unique_ptr<DeviceMgrVM> makeModel() {
+        return std::make_unique<DeviceMgrVM>(storage, client, queue, defaults);
+    }
+    void report(const std::vector<SeenDeviceInfo>& devices) {
+        const std::string json = encodeSeenDevices(devices);
+        daemon.seenDevices = {json.begin(), json.end()};
+    }
+    void reload() {
+        vm->reload();
+        queue.runPending();
+    }
+    void set(const QString& key, bool on) {
+        vm->setEnabled(key, on);
+        queue.runPending();
+    }
+    void wait(int seconds) { queue.advance(std::chrono::seconds(seconds)); }
+    /// The keys of the rows that are on.
+    QStringList on() const {
+        QStringList keys;
+        for (const DeviceRow& row : vm->rows()) {
+            if (row.on)
+                keys << row.key;
+        }
+        return keys;
+    }
+    static std::string list(const std::vector<GrabbedDevice>& devices) {
+        std::string text;
+        for (const GrabbedDevice& device : devices)
+            text += device.identifier() + " ";
+        return text;
+    }
+    /// The lists as they are stored and as the daemon was told last.
+    std::string stored() {
+        const Cfg cfg = storage.load();
+        EXPECT_EQ(decodeCfg(daemon.configs.back()), withDefaults(cfg));
+        return "excluded " + list(cfg.excludedKeyboards) + "mice " + list(cfg.mouseDevices);
+    }
+    std::size_t saves() const { return daemon.configs.size(); }
+};
+
+SeenDeviceInfo seen(std::int64_t vendor, std::int64_t product, const char* name, bool isMouse,
+                    bool isSeized = false) {
+    return {vendor, product, name, "Maker", "USB", isSeized, false, isMouse};
+}
+
+const std::vector<SeenDeviceInfo> desk{seen(1, 1, "Keys", false, true), seen(2, 2, "Mouse", true),
+                                       seen(3, 3, "", false), seen(3, 3, "Receiver", true, true),
+                                       seen(4, 4, "Second", true)};
+
+TEST_F(DeviceMgrVMTest, FoldsReportsIntoRows) {
+    const auto groups =
+        deviceGroups({seen(-1, 641, "beta", false, true), seen(1, 1, "Alpha", true),
+                      seen(0x5ac, 0x24f, "alpha", false), seen(0x5ac, 0x24f, "other", true, true),
+                      seen(7, 70000, "", false)});
+    QList<QStringList> rows;
+    for (const DeviceGroup& group : groups) {
+        const DeviceRow row = deviceRow(group, false);
+        rows << QStringList{row.key, row.name, row.type, row.identifier,
+                            row.active ? "active" : ""};
+    }
+    EXPECT_EQ(rows,
+              (QList<QStringList>{{"7:70000", "Unknown", "Keyboard", "0007:11170", ""},
+                                  {"1:1", "Alpha", "Mouse", "0001:0001", ""},
+                                  {"1452:591", "alpha", "Keyboard + Mouse", "05AC:024F", "active"},
+                                  {"-1:641", "beta", "Keyboard", "Built-in", "active"}}));
+    EXPECT_EQ(shownProduct("a\nb\x01" + std::string(1 << 20, 'x')).left(5), "a↵b·x");
+    EXPECT_LT(shownProduct(std::string(1 << 20, 'x')).size(), 500);
+}
+
+TEST_F(DeviceMgrVMTest, KeyboardsAreOnAndMiceOffByDefault) {
+    report(desk);
+    reload();
+    EXPECT_EQ(on(), QStringList{"1:1"});
+    EXPECT_EQ(saves(), 1U);
+    EXPECT_EQ(stored(), "excluded 3:3 mice ");
+    wait(1);
+    reload();
+    EXPECT_EQ(saves(), 1U) << "the rule has nothing left to do";
+    set("1:1", false);
+    EXPECT_EQ(on(), QStringList{});
+    EXPECT_EQ(stored(), "excluded 3:3 1:1 mice ");
+    set("1:1", true);
+    EXPECT_EQ(stored(), "excluded 3:3 mice ");
+    const auto before = saves();
+    set("1:1", true);
+    set("9:9", true);
+    EXPECT_EQ(saves(), before);
+    daemon.takeCalls();
+    set("1:1", false);
+    queue.advance(Milliseconds(600));
+    EXPECT_EQ(daemon.takeCalls(), (std::vector<std::string>{"updateCfg", "getSeenDevices"}));
+}
+
+TEST_F(DeviceMgrVMTest, AnUnconfirmedTakeoverIsTakenBack) {
+    report(desk);
+    reload();
+    set("3:3", true);
+    EXPECT_EQ(stored(), "excluded mice 3:3 ");
+    EXPECT_EQ(vm->confirmationText(),
+              "Mouse takeover is enabled for Receiver. Confirm within 10 seconds or Tamsel will "
+              "turn it off.");
+    for (int left = 9; left >= 1; --left) {
+        wait(1);
+        EXPECT_EQ(vm->remainingSeconds(), left);
+    }
+    queue.advance(Milliseconds(999));
+    EXPECT_TRUE(vm->isConfirmationPending());
+    queue.advance(Milliseconds(1));
+    EXPECT_FALSE(vm->isConfirmationPending());
+    EXPECT_EQ(stored(), "excluded 3:3 mice ");
+    EXPECT_EQ(on(), QStringList{"1:1"});
+    EXPECT_EQ(pendingTakeovers::noted(defaults).size(), 0U);
+
+    // Confirmed at the last second; nothing is saved again.
+    set("2:2", true);
+    wait(9);
+    const auto before = saves();
+    vm->confirmMouseTakeover();
+    wait(20);
+    EXPECT_EQ(saves(), before);
+    EXPECT_EQ(stored(), "excluded 3:3 mice 2:2 ");
+    vm->confirmMouseTakeover();
+    vm->cancelMouseTakeover();
+    EXPECT_EQ(saves(), before);
+    set("2:2", true); // on already: only confirmed anew
+    EXPECT_EQ(vm->remainingSeconds(), 10);
+    EXPECT_EQ(saves(), before);
+    vm->cancelMouseTakeover();
+    EXPECT_EQ(stored(), "excluded 3:3 mice ");
+
+    // Another takeover takes the first one back at once; switching off ends the countdown.
+    set("2:2", true);
+    wait(5);
+    set("3:3", true);
+    EXPECT_EQ(stored(), "excluded mice 3:3 ");
+    EXPECT_EQ(vm->remainingSeconds(), 10);
+    wait(2);
+    set("3:3", false);
+    EXPECT_FALSE(vm->isConfirmationPending());
+    EXPECT_EQ(stored(), "excluded 3:3 mice ");
+    EXPECT_EQ(pendingTakeovers::noted(defaults).size(), 0U);
+    wait(20);
+    EXPECT_EQ(queue.pendingTimers(), 0U);
+}
+
+TEST_F(DeviceMgrVMTest, KeepsWhatOtherScreensChanged) {
+    report(desk);
+    reload();
+    set("2:2", true);
+    Cfg cfg = storage.load();
+    cfg.mappings.push_back({"id", true, {57, {}}, {224, {}}});
+    storage.save(cfg);
+    wait(10);
+    EXPECT_EQ(storage.load().mappings, cfg.mappings);
+    EXPECT_EQ(stored(), "excluded 3:3 mice ");
+}
+
+TEST_F(DeviceMgrVMTest, MigratesTheOlderScope) {
+    Cfg cfg;
+    cfg.grabScope = GrabScope::selected;
+    cfg.allowedDevices = {{1, 1, "Keys"}};
+    storage.save(cfg);
+    report({seen(1, 1, "Keys", false), seen(5, 5, "More", false)});
+    reload();
+    EXPECT_EQ(on(), QStringList{"1:1"});
+    set("5:5", true);
+    EXPECT_EQ(list(storage.load().allowedDevices), "1:1 5:5 ");
+    EXPECT_EQ(storage.load().grabScope, GrabScope::selected);
+
+    cfg.allowedDevices.clear();
+    storage.save(cfg);
+    reload();
+    EXPECT_EQ(on(), (QStringList{"1:1", "5:5"})) << "a list of none counts as all";
+    EXPECT_EQ(storage.load().grabScope, GrabScope::selected) << "until something is saved";
+    set("5:5", false);
+    EXPECT_EQ(storage.load().grabScope, GrabScope::all);
+}
+
+TEST_F(DeviceMgrVMTest, ATakeoverThatOutlivesTheProgramIsRevertedAtItsNextStart) {
+    report(desk);
+    reload();
+    set("2:2", true);
+    wait(1);
+    set("3:3", true);
+    wait(3);
+    vm.reset();
+    wait(20);
+    EXPECT_EQ(stored(), "excluded mice 3:3 ") << "nothing runs on";
+    const auto sent = saves();
+    pendingTakeovers::revert(storage, defaults);
+    EXPECT_EQ(saves(), sent) << "nothing is sent";
+    EXPECT_EQ(list(storage.load().mouseDevices), "");
+    EXPECT_EQ(list(storage.load().excludedKeyboards), "3:3 ");
+    EXPECT_EQ(pendingTakeovers::noted(defaults).size(), 0U);
+
+    // Notes that say nothing, or of what is not taken over any more.
+    const Cfg kept = storage.load();
+    for (const char* damaged : {"", "{", "[1, {}, {\"vendorID\": \"x\", \"productID\": 1}]", "null",
+                                "[{\"vendorID\": 1, \"productID\": 1, \"hasKeyboard\": true}]"}) {
+        defaults.values[pendingTakeovers::key] = damaged;
+        pendingTakeovers::revert(storage, defaults);
+        EXPECT_EQ(storage.load(), kept) << damaged;
+    }
+    defaults.values[StorageMgr::configKey] = "damaged";
+    defaults.values[pendingTakeovers::key] = "[{\"vendorID\": 1, \"productID\": 1}]";
+    pendingTakeovers::revert(storage, defaults);
+    EXPECT_EQ(defaults.values[StorageMgr::configKey], "damaged") << "what can't be read stays";
+}
+
+TEST_F(DeviceMgrVMTest, BadRepliesAreEmptyOnes) {
+    report(desk);
+    reload();
+    for (const char* reply : {"", "no JSON", "{}", "[{}]", "[{\"vendorID\": 1}]"}) {
+        daemon.seenDevices = Bytes(reply, reply + std::strlen(reply));
+        vm->refresh();
+        queue.runPending();
+        EXPECT_TRUE(vm->rows().isEmpty()) << reply;
+    }
+    std::vector<SeenDeviceInfo> many;
+    for (int i = 0; i < 10'000; ++i)
+        many.push_back(seen(i, i, i == 0 ? std::string(1 << 20, 'n').c_str() : "\x1b[2J", false));
+    report(many);
+    vm->refresh();
+    queue.runPending();
+    EXPECT_EQ(vm->rows().size(), 10'000);
+    daemon.silent = true;
+    vm->refresh();
+    vm.reset();
+    queue.runPending();
+}
+
+} // namespace tamsel
