@@ -224,6 +224,8 @@ class StandInDaemon:
         self.connections = []
         self.accepts = True
         self.error = None
+        self.status = (True, True, "RUNNING")
+        self.devices = b"[]"
         self.loop = LoopThread()
         self.loop.call(self._listen)
 
@@ -250,11 +252,11 @@ class StandInDaemon:
             self.configs.append(arguments.get_child_value(0).get_data_as_bytes().get_data())
             invocation.return_value(GLib.Variant("(b)", (self.accepts,)))
         elif method == "getStatus":
-            invocation.return_value(GLib.Variant("(bbs)", (True, True, "RUNNING")))
+            invocation.return_value(GLib.Variant("(bbs)", self.status))
         elif method == "getVersion":
             invocation.return_value(GLib.Variant("(s)", ("1",)))
         elif method == "getSeenDevices":
-            invocation.return_value(GLib.Variant("(ay)", (b"[]",)))
+            invocation.return_value(GLib.Variant("(ay)", (self.devices,)))
         else:
             invocation.return_value(GLib.Variant("(b)", (True,)))
 

@@ -96,12 +96,15 @@ class TheWindow(unittest.TestCase):
     def test_shows_whether_the_daemon_is_there(self):
         app = desktop.start_app(self.sandbox)
         window = Window(app)
-        window.find(name="Daemon is not connected yet.")
+        window.find("heading", "Checking permissions...")
         daemon = harness.StandInDaemon(self.sandbox.address)
         self.addCleanup(daemon.die)
-        window.find(name="Connected to the daemon.")
+        window.find("label", "Running normally")
         daemon.die()
-        window.find(name="Daemon is not connected yet.")
+        window.find("heading", "Background service not responding", timeout=20)
+        self.assertTrue(window.find("label", "Running normally"), "the last it said")
+        daemon.come_back()
+        window.gone("heading", "Background service not responding")
 
     def test_the_clipboards_text_of_another_program(self):
         daemon = harness.StandInDaemon(self.sandbox.address)

@@ -95,7 +95,13 @@ Window {
 
     Connections {
         target: root.main
-        function onSelectedChanged(): void { root.showPage(); }
+        function onSelectedChanged(): void {
+            const inSidebar = sidebar.activeFocus;
+            root.showPage();
+            // The keyboard was on what has gone.
+            if (!inSidebar)
+                (pages.item as Item).forceActiveFocus(Qt.OtherFocusReason);
+        }
         function onAddRequested(): void { (pages.item as PageFrame).addRequested(); }
         function onKeyViewerRequested(): void { keyViewer.open(); }
     }

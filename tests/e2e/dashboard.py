@@ -1,0 +1,267 @@
+"""The dashboard and the devices screen: what they show of the daemon and what they tell it."""
+
+import json
+import plistlib
+import signal
+import time
+import unittest
+
+import desktop
+import harness
+from desktop import Window, focus_window, type_keys
+from harness import Sandbox, SimulatedDaemon, StandInDaemon, wait_for_line, wait_until
+
+SENT = "[DaemonXPC] 配置發送成功"
+MASTER = "Tamsel"
+TAKEOVER = "Mouse takeover is enabled for {}. Confirm within "
+
+
+class Screens(unittest.TestCase):
+    def setUp(self):
+        self.sandbox = Sandbox()
+        self.addCleanup(self.sandbox.close)
+
+    def stand_in(self):
+        self.daemon = StandInDaemon(self.sandbox.address)
+        self.addCleanup(self.daemon.die)
+
+    def start(self):
+        self.app = desktop.start_app(self.sandbox)
+        wait_for_line(self.app, SENT)
+        self.window = Window(self.app)
+        focus_window()
+
+    def calm(self):
+        self.assertEqual(harness.other_output(self.app), [], "the toolkit printed warnings")
+
+
+class Dashboard(Screens):
+    def look_again(self):
+        """Leaves the dashboard and comes back, which asks the daemon at once."""
+        type_keys("2")
+        self.window.find("heading", "Mapping")
+        self.daemon.calls.clear()
+        type_keys("1")
+        wait_until(lambda: "getStatus" in self.daemon.calls, "the question")
+
+    def orders(self):
+        return [call for call in self.daemon.calls if call.endswith("Grabbing")]
+
+    def expect_orders(self, expected):
+        """Each answer is followed by these orders, and nothing else is ordered."""
+        try:
+            wait_until(lambda: self.orders() == expected * self.daemon.calls.count("getStatus"),
+                       f"the orders {expected}")
+        except AssertionError as error:
+            raise AssertionError(f"{error}; there are {self.daemon.calls}") from None
+
+    def test_each_status_has_its_line_card_and_order(self):
+        self.stand_in()
+        self.start()
+        self.window.find("label", "Running normally")
+        # The driver was loaded: that orders a start of its own.
+        wait_until(lambda: "startGrabbing" in self.daemon.calls, "the driver's order")
+        cards = {"Driver Connection", "Input Monitoring Permission", "Checking permissions...",
+                 "Background service not responding"}
+        start = ["startGrabbing"]
+        for status, line, card, orders in (
+                ((True, True, "RUNNING"), "Running normally", None, []),
+                ((False, True, "USER_STOPPED"), "Keyboard remapping is currently disabled", None,
+                 start),
+                ((False, True, "TCC_DENIED"), "Input Monitoring permission is missing.",
+                 "Input Monitoring Permission", []),
+                ((False, True, "DRIVER_CONNECTED_NOT_GRABBING"),
+                 "Driver is connected, keyboard remapping is not active.", None, start),
+                ((False, False, "DRIVER_DISCONNECTED"), "Driver is not connected.",
+                 "Driver Connection", start),
+                ((False, False, "未連接"), "Daemon is not connected yet.", "Driver Connection",
+                 start),
+                ((True, True, "strange\u202e<b>"), "strange\u202e<b>", None, [])):
+            with self.subTest(status=status):
+                self.daemon.status = status
+                self.look_again()
+                self.window.find("label", line)
+                shown = {node.get_name() for node in self.window.all("heading")} & cards
+                self.assertEqual(shown, {card} if card else set())
+                self.expect_orders(orders)
+
+        # The guide that stands in for a settings pane: what helps, to be copied.
+        self.daemon.status = (False, True, "TCC_DENIED")
+        self.look_again()
+        self.window.press("push button", "Open Input Monitoring Settings")
+        self.window.find("dialog", "Input Monitoring")
+        self.window.press("push button", "Look Again")
+        if self.window.all("push button", "Copy the command"):
+            self.window.press("push button", "Copy the command")
+            wait_until(lambda: self.daemon.ask_app("requestClipboardText", None, "(bs)")[1]
+                       .startswith("sudo usermod -aG "), "the command on the clipboard")
+        type_keys("Escape")
+        self.window.gone("dialog", "Input Monitoring")
+
+        # The master switch, and the daemon is kept in line with it.
+        self.daemon.calls.clear()
+        self.daemon.status = (True, True, "RUNNING")
+        self.window.press("check box", MASTER)
+        wait_until(lambda: self.orders()[:1] == ["stopGrabbing"], "the order to stop")
+        self.look_again()
+        self.expect_orders(["stopGrabbing"])
+        self.daemon.status = (False, True, "USER_STOPPED")
+        self.look_again()
+        self.window.find("label", "Keyboard remapping is currently disabled")
+        self.assertEqual(self.orders(), [])
+        self.assertEqual(self.sandbox.stored("KeyboardRemappingEnabled"), 0)
+
+        # Only the dashboard asks, and every three seconds.
+        started = time.monotonic()
+        self.daemon.calls.clear()
+        wait_until(lambda: self.daemon.calls.count("getStatus") == 2, "two questions")
+        self.assertGreater(time.monotonic() - started, 3)
+        type_keys("2")
+        self.window.find("heading", "Mapping")
+        self.daemon.calls.clear()
+        time.sleep(3.5)
+        self.assertEqual(self.daemon.calls, [])
+        self.calm()
+
+    def test_the_release_chord_holds(self):
+        daemon = SimulatedDaemon(self.sandbox)
+        self.start()
+        self.window.find("label", "Running normally")
+        daemon.rewrites(4, 4)
+        daemon.comes_out(["41 down", "42 down", "40 down", "40 up", "42 up", "41 up"],
+                         ["41 down", "42 down", "41 up", "42 up"])
+        self.window.find("label", "Keyboard remapping is currently disabled")
+        time.sleep(6.5)  # two polls, each with its order to start
+        self.window.find("label", "Keyboard remapping is currently disabled")
+        daemon.comes_out(["4 down", "4 up"], [])
+        # The user turns it on again.
+        self.window.press("check box", MASTER)
+        self.window.press("check box", MASTER)
+        self.window.find("label", "Running normally")
+        daemon.rewrites(4, 4)
+        self.calm()
+
+    def test_its_switches_and_the_full_quit(self):
+        self.stand_in()
+        self.start()
+        self.window.press("check box", "Show in Menu Bar")
+        wait_until(lambda: self.sandbox.stored("ShowInMenuBar") == 0, "the stored switch")
+        was = self.window.is_checked("check box", "Launch at Login")
+        self.window.press("check box", "Launch at Login")
+        wait_until(lambda: self.window.is_checked("check box", "Launch at Login") != was,
+                   "the login item")
+        self.window.press("push button", "Full Quit")
+        self.window.find("dialog", "Full Quit")
+        type_keys("1", "Escape")
+        self.window.gone("dialog", "Full Quit")
+        # The keyboard starts on "Cancel".
+        self.window.press("push button", "Full Quit")
+        self.window.find("dialog", "Full Quit")
+        type_keys("Return")
+        self.window.gone("dialog", "Full Quit")
+        self.calm()
+        self.window.press("push button", "Full Quit")
+        self.window.press("push button", "Quit and Stop Daemon")
+        self.assertEqual(self.app.wait(10 * harness.PATIENCE), 0)
+
+
+def device(vendor, product, name, mouse, seized=False):
+    return {"vendorID": vendor, "productID": product, "product": name, "manufacturer": "Maker",
+            "transport": "USB", "isSeized": seized, "isAllowed": True, "isMouse": mouse}
+
+
+DESK = [device(1452, 591, "Keys", False, True), device(1133, 50475, "Receiver", False),
+        device(1133, 50475, "Receiver", True), device(9, 9, "Rodent", True),
+        device(-1, 641, "", False)]
+
+
+class Devices(Screens):
+    def sent(self, part):
+        return [(entry["vendorID"], entry["productID"])
+                for entry in plistlib.loads(self.daemon.configs[-1])[part]]
+
+    def report(self, devices):
+        self.daemon.devices = devices if isinstance(devices, bytes) else json.dumps(
+            devices).encode()
+
+    def test_the_choice_of_devices(self):
+        self.stand_in()
+        self.report(DESK)
+        self.start()
+        type_keys("4")
+        for row in ("Keys, Keyboard, 05AC:024F, Active", "Receiver, Keyboard + Mouse, 046D:C52B",
+                    "Rodent, Mouse, 0009:0009", "Unknown, Keyboard, Built-in"):
+            self.window.find("list item", row)
+        wait_until(lambda: self.sent("excludedKeyboards") == [(1133, 50475)], "the default")
+        self.window.press("check box", "Listen: Keys")
+        wait_until(lambda: (1452, 591) in self.sent("excludedKeyboards"), "the keyboard left alone")
+        self.assertFalse(self.window.is_checked("check box", "Listen: Keys"))
+
+        # Left alone, a takeover ends by itself, whatever screen is shown.
+        started = time.monotonic()
+        self.window.press("check box", "Take over: Receiver")
+        self.window.find(name=TAKEOVER.format("Receiver") + "9 seconds or Tamsel will turn it off.")
+        wait_until(lambda: self.sent("mouseDevices") == [(1133, 50475)], "the takeover")
+        self.assertNotIn((1133, 50475), self.sent("excludedKeyboards"))
+        type_keys("2")
+        self.window.find("heading", "Mapping")
+        wait_until(lambda: self.sent("mouseDevices") == [], "the takeover's end", 15)
+        self.assertGreater(time.monotonic() - started, 9)
+        self.assertIn((1133, 50475), self.sent("excludedKeyboards"))
+        type_keys("4")
+        wait_until(lambda: not self.window.is_checked("check box", "Take over: Receiver"), "off")
+
+        # Escape takes it back at once; Confirm keeps it.
+        self.window.press("check box", "Take over: Rodent")
+        self.window.find("push button", "Confirm")
+        self.window.find("check box", "Take over: Rodent").grab_focus()
+        focus_window()
+        type_keys("Escape")
+        self.window.gone("push button", "Confirm")
+        wait_until(lambda: self.sent("mouseDevices") == [], "the takeover's end")
+        self.window.press("check box", "Take over: Rodent")
+        self.window.press("push button", "Confirm")
+        self.window.gone("push button", "Confirm")
+        self.assertEqual(self.sent("mouseDevices"), [(9, 9)])
+        self.calm()
+
+        # What was not confirmed when the application died is taken back before anything is sent.
+        self.window.press("check box", "Take over: Receiver")
+        wait_until(lambda: len(self.sent("mouseDevices")) == 2, "the takeover")
+        self.app.send_signal(signal.SIGKILL)
+        self.app.wait()
+        self.daemon.configs.clear()
+        self.start()
+        for config in self.daemon.configs:
+            self.assertEqual([entry["product"] for entry in
+                              plistlib.loads(config)["mouseDevices"]], ["Rodent"])
+        self.calm()
+
+    def test_bad_reports(self):
+        self.stand_in()
+        self.start()
+        type_keys("4")
+        self.window.find("label", "No devices detected yet.")
+        many = [device(i, i, f"\x1b[2J\n\u202eDevice {i:05}", False) for i in range(10000)]
+        for reply in (b"", b"no JSON", b"[{}]", b"[" * 100000, b"[1]"):
+            self.report(DESK)
+            self.window.press("push button", "Refresh")
+            self.window.find("list item", "Rodent, Mouse, 0009:0009")
+            self.report(reply)
+            self.window.press("push button", "Refresh")
+            self.window.find("label", "No devices detected yet.")
+        self.report(many)
+        with harness.Hitches(self.daemon) as hitches:
+            self.window.press("push button", "Refresh")
+            self.window.find("list item", "·[2J↵·Device 00000, Keyboard, 0000:0000")
+        print(f"10,000 devices: {hitches.worst * 1000:.0f} ms at most")
+        self.assertLess(hitches.worst, 0.5 * harness.PATIENCE)
+        self.report([device(3, 3, "n" * 1000000, False)])
+        self.window.press("push button", "Refresh")
+        self.window.find("list item", "n" * 400 + ", Keyboard, 0003:0003")
+        self.calm()
+
+
+if __name__ == "__main__":
+    desktop.run_in_desktop()
+    unittest.main(verbosity=2)
