@@ -143,7 +143,7 @@ void DashboardVM::fetchStatus(Counting counting) {
         applyLater(false, false, QString::fromUtf8(text.data(), qsizetype(text.size())));
         return;
     }
-    remote->getStatus([applyLater](bool isGrabbing, bool driverConnected, std::string statusText) {
+    remote->getStatus([applyLater](bool isGrabbing, bool driverConnected, const std::string& statusText) {
         applyLater(isGrabbing, driverConnected, QString::fromStdString(statusText));
     });
 }

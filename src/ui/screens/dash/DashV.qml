@@ -21,18 +21,16 @@ Page {
             dialog.close();
     }
 
-    onShownChanged: {
-        if (shown)
-            dashboard.appear();
-        else
-            dashboard.disappear();
-    }
-    Component.onCompleted: {
-        if (shown)
-            dashboard.appear();
-        showDialog();
-    }
+    onShownChanged: if (!shown) dashboard.disappear()
+    Component.onCompleted: showDialog()
     Component.onDestruction: dashboard.disappear()
+
+    // On the loop's next turn: the first window is there before the start is through.
+    Timer {
+        interval: 0
+        running: page.shown
+        onTriggered: page.dashboard.appear()
+    }
 
     StatusCards {
         width: parent.width
