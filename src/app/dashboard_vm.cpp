@@ -143,9 +143,10 @@ void DashboardVM::fetchStatus(Counting counting) {
         applyLater(false, false, QString::fromUtf8(text.data(), qsizetype(text.size())));
         return;
     }
-    remote->getStatus([applyLater](bool isGrabbing, bool driverConnected, const std::string& statusText) {
-        applyLater(isGrabbing, driverConnected, QString::fromStdString(statusText));
-    });
+    remote->getStatus(
+        [applyLater](bool isGrabbing, bool driverConnected, const std::string& statusText) {
+            applyLater(isGrabbing, driverConnected, QString::fromStdString(statusText));
+        });
 }
 
 void DashboardVM::apply(bool isGrabbing, bool driverConnected, const QString& statusText) {

@@ -69,7 +69,7 @@ std::vector<MouseTakeoverConfirmation> noted(UserDefaults& defaults) {
     if (!data || !*data)
         return takeovers;
     const QJsonArray list = QJsonDocument::fromJson(**data).array();
-    for (const QJsonValue& entry : list) {
+    for (const QJsonValue entry : list) {
         const QJsonValue vendor = entry[QLatin1String(vendorField)];
         const QJsonValue product = entry[QLatin1String(productIDField)];
         if (vendor.isDouble() && product.isDouble())

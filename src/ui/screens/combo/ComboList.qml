@@ -44,7 +44,7 @@ ListView {
         focusRow(Math.min(index, count - 1), 4, -1);
     }
 
-    // Scrolls to the row that holds an item.
+    // Scrolls to the row that holds an item, or to what stands above the rows.
     function reveal(item: Item): void {
         for (let inside = item; inside; inside = inside.parent) {
             const cell = inside as ComboCell;
@@ -52,6 +52,8 @@ ListView {
                 positionViewAtIndex(cell.index, ListView.Contain);
                 return;
             }
+            if (inside === contentItem)
+                contentY = originY - topMargin;
         }
     }
 

@@ -27,14 +27,16 @@ ListView {
         }
     }
 
-    // Scrolls to the row that holds an item.
+    // Scrolls to the row that holds an item, or to what stands above the rows.
     function reveal(item: Item): void {
-        for (let index = 0; item && index < count; ++index) {
-            const row = itemAtIndex(index);
-            if (row && row === (item.parent as DeviceRowV)) {
-                positionViewAtIndex(index, ListView.Contain);
+        for (let inside = item; inside; inside = inside.parent) {
+            const row = inside as DeviceRowV;
+            if (row) {
+                positionViewAtIndex(row.index, ListView.Contain);
                 return;
             }
+            if (inside === contentItem)
+                contentY = originY - topMargin;
         }
     }
 
@@ -51,8 +53,6 @@ ListView {
 
     delegate: DeviceRowV {
         id: row
-
-        required property int index
 
         readonly property DeviceList list: ListView.view as DeviceList
 

@@ -6,6 +6,7 @@ FocusScope {
     id: view
 
     required property deviceRow row
+    required property int index
     property bool isFirst: false
     property bool isLast: false
     property int cardWidth

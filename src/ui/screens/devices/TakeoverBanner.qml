@@ -7,6 +7,9 @@ Rectangle {
 
     required property DeviceMgrVM devices
 
+    // Told to assistive technology when it appears and halfway, not every second.
+    property string announced
+
     readonly property alias firstButton: cancel
     readonly property alias lastButton: confirm
 
@@ -16,8 +19,18 @@ Rectangle {
     color: Theme.orangeSoft
     border { width: 1; color: Theme.orange }
     Accessible.role: Accessible.AlertMessage
-    Accessible.name: text.text
+    Accessible.name: announced
     Accessible.ignored: !visible
+
+    Component.onCompleted: announced = devices.confirmationText
+
+    Connections {
+        target: banner.devices
+        function onConfirmationChanged(): void {
+            if (banner.devices.remainingSeconds % 5 === 0)
+                banner.announced = banner.devices.confirmationText;
+        }
+    }
 
     Icon {
         x: 15
