@@ -1,6 +1,7 @@
 """The dashboard and the devices screen: what they show of the daemon and what they tell it."""
 
 import json
+import os
 import plistlib
 import signal
 import time
@@ -25,8 +26,8 @@ class Screens(unittest.TestCase):
         self.daemon = StandInDaemon(self.sandbox.address)
         self.addCleanup(self.daemon.die)
 
-    def start(self):
-        self.app = desktop.start_app(self.sandbox)
+    def start(self, **env):
+        self.app = desktop.start_app(self.sandbox, **env)
         wait_for_line(self.app, SENT)
         self.window = Window(self.app)
         focus_window()
@@ -140,6 +141,40 @@ class Dashboard(Screens):
         self.window.find("label", "Running normally")
         daemon.rewrites(4, 4)
         self.calm()
+
+    def own_programs(self, name):
+        """The pids of the application's own programs of this name."""
+        pids = []
+        with open(f"/proc/{self.app.pid}/task/{self.app.pid}/children", encoding="ascii") as file:
+            for pid in file.read().split():
+                with open(f"/proc/{pid}/comm", encoding="ascii") as comm:
+                    if comm.read().strip() == name[:15]:
+                        pids.append(int(pid))
+        return pids
+
+    def test_a_service_that_died_is_installed_again(self):
+        self.start(TAMSEL_DAEMON_ADDRESS="")  # with a daemon of its own
+        for button, page, card in (("Open System Settings", "2", "Input Monitoring Permission"),
+                                   ("Install Service", "1", "Background Service")):
+            daemon, = wait_until(lambda: self.own_programs("tamsel-daemon"), "the daemon")
+            os.kill(daemon, signal.SIGKILL)
+            type_keys("1")
+            self.window.find("heading", "Background Service")
+            type_keys(page)
+            self.window.find(name=card)
+            self.window.press("push button", button)
+            self.window.gone("push button", button)
+            type_keys("1")
+            self.window.gone("heading", "Background Service")
+        wait_until(lambda: len(harness.log_lines(self.app)) and sum(
+            line == SENT for line in harness.log_lines(self.app)) >= 3, "the configuration again")
+        # The full quit ends both programs before the application.
+        daemon, = wait_until(lambda: self.own_programs("tamsel-daemon"), "the daemon")
+        self.calm()
+        self.window.press("push button", "Full Quit")
+        self.window.press("push button", "Quit and Stop Daemon")
+        self.assertEqual(self.app.wait(10 * harness.PATIENCE), 0)
+        self.assertFalse(os.path.exists(f"/proc/{daemon}"))
 
     def test_its_switches_and_the_full_quit(self):
         self.stand_in()
