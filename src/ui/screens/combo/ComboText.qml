@@ -12,16 +12,24 @@ Column {
 
     signal linkOpened()
 
+    FontMetrics {
+        id: metrics
+        font: Theme.font(Theme.rowTitle)
+    }
+
     Row {
         width: parent.width
         spacing: 8
 
         Label {
+            id: title
             width: Math.min(implicitWidth, parent.width - titleLink.width - pill.width
                                            - 2 * parent.spacing)
             type: Theme.rowTitle
             text: column.title
             color: column.row.title ? Theme.text : Theme.textMuted
+            // A script that another font has to draw keeps the line's baseline.
+            transform: Translate { y: Math.min(0, Math.round(metrics.ascent - title.baselineOffset)) }
         }
         Link {
             id: titleLink
