@@ -256,7 +256,10 @@ class StandInDaemon:
         elif method == "getVersion":
             invocation.return_value(GLib.Variant("(s)", ("1",)))
         elif method == "getSeenDevices":
-            invocation.return_value(GLib.Variant("(ay)", (self.devices,)))
+            # Not by "(ay)", which makes a variant of each byte.
+            array = GLib.Variant.new_from_bytes(GLib.VariantType("ay"), GLib.Bytes(self.devices),
+                                                True)
+            invocation.return_value(GLib.Variant.new_tuple(array))
         else:
             invocation.return_value(GLib.Variant("(b)", (True,)))
 
