@@ -23,6 +23,7 @@
 #include "platform/linux/journal_system_log.h"
 #include "platform/linux/linux_machine.h"
 #include "platform/linux/linux_service_management.h"
+#include "platform/linux/packaged_updater.h"
 #include "platform/linux/qt_application.h"
 #include "platform/linux/qt_local_events.h"
 #include "platform/linux/qt_main_queue.h"
@@ -129,7 +130,12 @@ int main(int argc, char** argv) {
     tamsel::LaunchAtLoginMgr launchAtLogin(services, **defaults, logger);
 
     tamsel::DeviceMgrVM devices(storage, daemon, queue, **defaults);
-    tamsel::UpdateMgr updateMgr;
+    using LogTimes = tamsel::JournalSystemLog::Times;
+    tamsel::JournalSystemLog updateLog("org.maren.quorel", "Quorel", LogTimes::added);
+    tamsel::JournalSystemLog updateDriverLog("org.maren.quorel", "UserDriver", LogTimes::added);
+    tamsel::PackagedUpdaterMaker updaters(queue);
+    tamsel::Quorel quorel({updaters, bundle, queue, clock, updateLog, updateDriverLog});
+    tamsel::UpdateMgr updateMgr(quorel, **defaults, queue, clock, logger);
     tamsel::PermissionMgr permission(daemonMgr);
     tamsel::SettingsGuideVM guide(machine, daemonMgr, sysExtMgr, pasteboard);
     tamsel::DaemonEventHub eventHub(daemon, localEvents, queue);
@@ -146,8 +152,8 @@ int main(int argc, char** argv) {
     tamsel::AppDelegate delegate(
         {terminator, queue, logger, storage, daemon, daemonMgr, sysExtMgr, launchAtLogin});
     tamsel::DashboardVM dashboard({queue, **defaults, notifications, bundle, guide, daemon,
-                                   daemonMgr, sysExtMgr, updateMgr, permission, launchAtLogin,
-                                   delegate});
+                                   daemonMgr, sysExtMgr, updateMgr, quorel, permission,
+                                   launchAtLogin, delegate});
     QObject::connect(&application, &QGuiApplication::applicationStateChanged, &notifications,
                      [&notifications](Qt::ApplicationState state) {
                          if (state == Qt::ApplicationActive)

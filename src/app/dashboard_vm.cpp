@@ -231,7 +231,7 @@ void DashboardVM::act(const QString& cardId) {
         m_services.settings.open(settingsPane::inputMonitoring);
     } else if (cardId == dashboardCard::update) {
         m_services.delegate.setFullQuit();
-        m_services.updateMgr.installAndRelaunch();
+        m_services.quorel.installAndRelaunch();
     }
 }
 

@@ -17,6 +17,7 @@ class LaunchAtLoginMgr;
 class Logger;
 class NotificationCenter;
 class PermissionMgr;
+class Quorel;
 class SettingsPanes;
 class SystemExtensionMgr;
 class TamselDaemonProtocol;
@@ -34,6 +35,7 @@ struct DashboardServices {
     DaemonMgr& daemonMgr;
     SystemExtensionMgr& sysExtMgr;
     UpdateMgr& updateMgr;
+    Quorel& quorel;
     PermissionMgr& permission;
     LaunchAtLoginMgr& launchAtLogin;
     AppDelegate& delegate;

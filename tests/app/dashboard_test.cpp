@@ -13,6 +13,7 @@
 #include "platform/fake/fake_processes.h"
 #include "platform/fake/fake_service_management.h"
 #include "platform/fake/fake_system_extension.h"
+#include "platform/fake/fake_updater.h"
 #include "platform/notification_center.h"
 #include "update/update_mgr.h"
 
@@ -28,8 +29,11 @@ struct DashboardTest : LogicFixture {
     FakeBackgroundQueue background;
     FakeApplication application;
     FakeSettingsPanes panes;
+    FakeSystemLog updateLog;
     NotificationCenter notifications;
-    UpdateMgr updateMgr;
+    FakeUpdater updater;
+    Quorel quorel{{updater, bundle, queue, clock, updateLog, updateLog}};
+    UpdateMgr updateMgr{quorel, defaults, queue, clock, logger};
     DaemonMgr daemonMgr{services, bundle, logger};
     SystemExtensionMgr sysExtMgr{{extensions, processes, background, queue, logger}, client};
     LaunchAtLoginMgr launchAtLogin{services, defaults, logger};
@@ -43,7 +47,7 @@ struct DashboardTest : LogicFixture {
     std::unique_ptr<DashboardVM> makeModel() {
         return std::make_unique<DashboardVM>(
             DashboardServices{queue, defaults, notifications, bundle, panes, client, daemonMgr,
-                              sysExtMgr, updateMgr, permission, launchAtLogin, delegate});
+                              sysExtMgr, updateMgr, quorel, permission, launchAtLogin, delegate});
     }
     /// Everything in order: the services run, the driver is loaded.
     void setUpMachine() {
@@ -81,7 +85,7 @@ TEST_F(DashboardTest, PollsOnlyWhileItIsShown) {
     vm->disappear();
     tick(3);
     EXPECT_EQ(daemon.takeCalls(), Calls{});
-    EXPECT_EQ(queue.pendingTimers(), 0U);
+    EXPECT_EQ(queue.pendingTimers(), 1U) << "only the check for updates";
     Q_EMIT notifications.applicationDidBecomeActive();
     queue.runPending();
     EXPECT_EQ(daemon.takeCalls(), Calls{"getStatus"});
@@ -233,13 +237,12 @@ TEST_F(DashboardTest, CardsAndWhatTheirButtonsDo) {
     queue.runPending();
     EXPECT_EQ(cards(), QStringList{"checking"});
 
-    updateMgr.setCheckStatus(UpdateStatus::readyToInstall);
-    EXPECT_EQ(cards(), (QStringList{"checking", "update!"}));
     int installations = 0;
-    QObject::connect(&updateMgr, &UpdateMgr::installRequested, [&] {
+    updater.driver->showReadyToInstallAndRelaunch([&](SPUUserUpdateChoice choice) {
         EXPECT_TRUE(delegate.isFullQuit()) << "the end must be allowed first";
-        ++installations;
+        installations += choice == SPUUserUpdateChoice::install;
     });
+    EXPECT_EQ(cards(), (QStringList{"checking", "update!"}));
     vm->act("update");
     EXPECT_EQ(installations, 1);
     panes.opened.clear();

@@ -29,6 +29,7 @@
 #include "platform/fake/fake_service_management.h"
 #include "platform/fake/fake_system.h"
 #include "platform/fake/fake_system_extension.h"
+#include "platform/fake/fake_updater.h"
 #include "platform/notification_center.h"
 #include "ui/main_vm.h"
 #include "ui/main_window.h"
@@ -175,13 +176,15 @@ int main(int argc, char** argv) {
     DaemonMgr daemonMgr(services, bundle, logger);
     SystemExtensionMgr sysExtMgr({extensions, processes, background, queue, logger}, daemon);
     LaunchAtLoginMgr launchAtLogin(services, defaults, logger);
-    UpdateMgr updateMgr;
+    FakeUpdater updater;
+    Quorel quorel({updater, bundle, queue, clock, systemLog, systemLog});
+    UpdateMgr updateMgr(quorel, defaults, queue, clock, logger);
     PermissionMgr permission(daemonMgr);
     SettingsGuideVM guide(machine, daemonMgr, sysExtMgr, pasteboard);
     AppDelegate delegate(
         {terminator, queue, logger, storage, daemon, daemonMgr, sysExtMgr, launchAtLogin});
     DashboardVM dashboard({queue, defaults, notifications, bundle, guide, daemon, daemonMgr,
-                           sysExtMgr, updateMgr, permission, launchAtLogin, delegate});
+                           sysExtMgr, updateMgr, quorel, permission, launchAtLogin, delegate});
     storage.save(sampleConfig(arguments.value("rows").toInt()));
     MappingVM mapping(storage, daemon);
     ComboVM combo(storage, daemon, workspace);
@@ -203,7 +206,7 @@ int main(int argc, char** argv) {
     if (!arguments.isSet("empty"))
         fakeDaemon.seenDevices = sampleDevices();
     if (arguments.isSet("trouble")) {
-        updateMgr.setCheckStatus(UpdateStatus::readyToInstall);
+        updater.driver->showReadyToInstallAndRelaunch([](SPUUserUpdateChoice) {});
     } else {
         fakeDaemon.status = {true, true, "RUNNING"};
         daemonMgr.registerServices();

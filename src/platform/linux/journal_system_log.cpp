@@ -3,6 +3,8 @@
 #define SD_JOURNAL_SUPPRESS_LOCATION
 #include <systemd/sd-journal.h>
 
+#include <QTime>
+
 #include <syslog.h>
 #include <unistd.h>
 
@@ -36,9 +38,10 @@ QByteArray singleLine(const QString& line) {
 
 } // namespace
 
-JournalSystemLog::JournalSystemLog(QByteArray subsystem, QByteArray category)
+JournalSystemLog::JournalSystemLog(QByteArray subsystem, QByteArray category, Times times)
     : m_subsystem(std::move(subsystem)),
       m_category(std::move(category)),
+      m_times(times),
       // Sending without a journal succeeds silently, so its socket is looked for first.
       m_hasJournal(::access("/run/systemd/journal/socket", W_OK) == 0) {}
 
@@ -53,7 +56,10 @@ void JournalSystemLog::write(SystemLogType type, const QString& line) {
                         m_category.constData(), "SYSLOG_IDENTIFIER=tamsel", nullptr);
         return;
     }
-    const QByteArray text = singleLine(line);
+    const QString time = m_times == Times::added
+                             ? QTime::currentTime().toString(QStringLiteral("[HH:mm:ss] "))
+                             : QString();
+    const QByteArray text = singleLine(time + line);
     // A single write keeps lines of several threads whole; a closed standard error loses them.
     [[maybe_unused]] const auto written =
         ::write(STDERR_FILENO, text.constData(), static_cast<std::size_t>(text.size()));

@@ -10,7 +10,11 @@ namespace tamsel {
 /// error, one line each, on a machine without a journal.
 class JournalSystemLog final : public SystemLog {
 public:
-    JournalSystemLog(QByteArray subsystem, QByteArray category);
+    /// Whether the lines bring their time along, or standard error is to get "[HH:mm:ss] " before
+    /// each.
+    enum class Times { inLines, added };
+
+    JournalSystemLog(QByteArray subsystem, QByteArray category, Times times = Times::inLines);
 
     bool isEnabled(SystemLogType type) const override;
     void write(SystemLogType type, const QString& line) override;
@@ -18,6 +22,7 @@ public:
 private:
     QByteArray m_subsystem;
     QByteArray m_category;
+    Times m_times;
     bool m_hasJournal;
 };
 
