@@ -3,6 +3,7 @@
 #include "config/default_config.h"
 #include "config/storage_mgr.h"
 #include "daemon/daemon_xpc_client.h"
+#include "devices/device_list.h"
 
 #include <QPointer>
 
@@ -55,10 +56,16 @@ void DeviceMgrVM::take(std::vector<SeenDeviceInfo> devices) {
 }
 
 void DeviceMgrVM::excludeNewCombinedDevices() {
+    const DeviceSet mice(m_mouseDevices);
+    const DeviceSet excluded(m_excludedKeyboards);
     bool isChanged = false;
     for (const DeviceGroup& group : m_groups) {
-        if (group.hasKeyboard && group.hasMouse && !isMouseEnabled(group))
-            isChanged |= addDevice(m_excludedKeyboards, group.device());
+        const GrabbedDevice device = group.device();
+        if (!group.hasKeyboard || !group.hasMouse || mice.contains(device) ||
+            excluded.contains(device))
+            continue;
+        m_excludedKeyboards.push_back(device);
+        isChanged = true;
     }
     if (isChanged)
         save();
@@ -188,16 +195,30 @@ void DeviceMgrVM::save() {
     cfg.allowedDevices = m_legacyAllowed;
     m_storage.save(cfg);
     m_daemon.sendConfig(withDefaults(cfg));
-    m_lateRefresh = m_queue.after(refreshDelay, [this] { refresh(); });
+    refreshLater();
     updateRows();
+}
+
+void DeviceMgrVM::refreshLater() {
+    // All wait equally long, so the first in the line is the one that runs.
+    m_lateRefreshes.push_back(m_queue.after(refreshDelay, [this] {
+        m_lateRefreshes.pop_front();
+        refresh();
+    }));
 }
 
 void DeviceMgrVM::updateRows() {
     QList<DeviceRow> rows;
     rows.reserve(qsizetype(m_groups.size()));
-    for (const DeviceGroup& group : m_groups)
-        rows.append(
-            deviceRow(group, group.hasMouse ? isMouseEnabled(group) : isKeyboardEnabled(group)));
+    const DeviceSet mice(m_mouseDevices);
+    const DeviceSet excluded(m_excludedKeyboards);
+    const DeviceSet allowed(m_legacyAllowed);
+    for (const DeviceGroup& group : m_groups) {
+        const GrabbedDevice device = group.device();
+        const bool isListened = !excluded.contains(device) &&
+                                (m_legacyScope == GrabScope::all || allowed.contains(device));
+        rows.append(deviceRow(group, group.hasMouse ? mice.contains(device) : isListened));
+    }
     if (rows == m_rows)
         return;
     m_rows = std::move(rows);

@@ -5,6 +5,7 @@
 #include "platform/main_queue.h"
 
 #include <chrono>
+#include <deque>
 #include <optional>
 
 namespace tamsel {
@@ -78,6 +79,7 @@ private:
     void revertPending();
     void setPending(std::optional<MouseTakeoverConfirmation> pending);
     void save();
+    void refreshLater();
     void updateRows();
 
     StorageMgr& m_storage;
@@ -92,7 +94,7 @@ private:
     GrabScope m_legacyScope = GrabScope::all;
     std::vector<GrabbedDevice> m_legacyAllowed;
     TaskHandle m_mouseConfirmationTask;
-    TaskHandle m_lateRefresh;
+    std::deque<TaskHandle> m_lateRefreshes; ///< one for each save, the earliest first
     QList<DeviceRow> m_rows;
 };
 

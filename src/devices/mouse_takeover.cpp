@@ -1,13 +1,12 @@
 #include "devices/mouse_takeover.h"
 
 #include "config/storage_mgr.h"
+#include "devices/device_list.h"
 #include "platform/user_defaults.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-
-#include <algorithm>
 
 namespace tamsel {
 
@@ -19,27 +18,6 @@ constexpr auto productField = "product";
 constexpr auto hasKeyboardField = "hasKeyboard";
 
 } // namespace
-
-bool isSameDevice(const GrabbedDevice& a, const GrabbedDevice& b) {
-    return a.vendorID == b.vendorID && a.productID == b.productID;
-}
-
-bool containsDevice(const std::vector<GrabbedDevice>& devices, const GrabbedDevice& device) {
-    return std::any_of(devices.begin(), devices.end(),
-                       [&](const GrabbedDevice& each) { return isSameDevice(each, device); });
-}
-
-bool removeDevice(std::vector<GrabbedDevice>& devices, const GrabbedDevice& device) {
-    return std::erase_if(devices,
-                         [&](const GrabbedDevice& each) { return isSameDevice(each, device); }) > 0;
-}
-
-bool addDevice(std::vector<GrabbedDevice>& devices, const GrabbedDevice& device) {
-    if (containsDevice(devices, device))
-        return false;
-    devices.push_back(device);
-    return true;
-}
 
 bool revertTakeover(const MouseTakeoverConfirmation& takeover,
                     std::vector<GrabbedDevice>& mouseDevices,

@@ -30,14 +30,6 @@ bool revertTakeover(const MouseTakeoverConfirmation& takeover,
                     std::vector<GrabbedDevice>& mouseDevices,
                     std::vector<GrabbedDevice>& excludedKeyboards);
 
-/// The same device, whatever it is called.
-bool isSameDevice(const GrabbedDevice& a, const GrabbedDevice& b);
-/// Removes every entry of the device; true when there was one.
-bool removeDevice(std::vector<GrabbedDevice>& devices, const GrabbedDevice& device);
-/// Appends the device unless it is there; true when it was not.
-bool addDevice(std::vector<GrabbedDevice>& devices, const GrabbedDevice& device);
-bool containsDevice(const std::vector<GrabbedDevice>& devices, const GrabbedDevice& device);
-
 /// The unconfirmed takeovers, noted where the next run finds them: a user whose pointer is gone may
 /// have no other way than to switch the machine off.
 namespace pendingTakeovers {

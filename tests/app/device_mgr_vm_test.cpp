@@ -98,6 +98,7 @@ TEST_F(DeviceMgrVMTest, KeyboardsAreOnAndMiceOffByDefault) {
     set("1:1", true);
     set("9:9", true);
     EXPECT_EQ(saves(), before);
+    wait(1);
     daemon.takeCalls();
     set("1:1", false);
     queue.advance(Milliseconds(600));
@@ -240,6 +241,41 @@ TEST_F(DeviceMgrVMTest, BadRepliesAreEmptyOnes) {
     vm->refresh();
     vm.reset();
     queue.runPending();
+}
+
+TEST_F(DeviceMgrVMTest, TenThousandCombinedDevicesAreExcludedAtOnce) {
+    std::vector<SeenDeviceInfo> many;
+    for (int i = 0; i < 10'000; ++i) {
+        many.push_back(seen(i, 1, "Both", false));
+        many.push_back(seen(i, 1, "Both", true));
+    }
+    report(many);
+    reload();
+    EXPECT_EQ(saves(), 1U);
+    const auto& excluded = vm->excludedKeyboards();
+    ASSERT_EQ(excluded.size(), 10'000U);
+    EXPECT_EQ(excluded.back(), (GrabbedDevice{9999, 1, "Both"})) << "in the order of the rows";
+    wait(1);
+    EXPECT_EQ(saves(), 1U);
+    EXPECT_TRUE(on().isEmpty());
+}
+
+TEST_F(DeviceMgrVMTest, EverySaveIsFollowedByItsOwnLook) {
+    report(desk);
+    reload();
+    wait(1);
+    daemon.takeCalls();
+    set("1:1", false);
+    queue.advance(Milliseconds(400));
+    set("1:1", true);
+    queue.advance(Milliseconds(200));
+    const std::vector<std::string> first{"updateCfg", "updateCfg", "getSeenDevices"};
+    EXPECT_EQ(daemon.takeCalls(), first);
+    queue.advance(Milliseconds(400));
+    EXPECT_EQ(daemon.takeCalls(), std::vector<std::string>{"getSeenDevices"});
+    set("1:1", false);
+    vm.reset();
+    EXPECT_EQ(queue.pendingTimers(), 0U) << "the looks end with the model";
 }
 
 } // namespace tamsel
