@@ -120,7 +120,7 @@ int main(int argc, char** argv) {
     const auto driver = makeDriver(serviceKind, places, queue, background);
     tamsel::LinuxMachine machine(background, queue, places);
     tamsel::StorageMgr storage(**defaults, logger);
-    tamsel::pendingTakeovers::revert(storage, **defaults);
+    tamsel::revertPendingTakeover(storage, **defaults);
     tamsel::DaemonXPCClient daemon(connector, storage,
                                    {queue, clock, pasteboard, workspace, logger});
     tamsel::DaemonMgr daemonMgr(services, bundle, logger);

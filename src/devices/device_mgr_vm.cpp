@@ -98,12 +98,21 @@ void DeviceMgrVM::setMouseEnabled(const DeviceGroup& group, bool on) {
     }
     bool isChanged = false;
     if (on) {
+        if (!isPending(group))
+            cancelMouseTakeover();
+        const MouseTakeoverConfirmation confirmation{.vendorID = group.vendorID,
+                                                     .productID = group.productID,
+                                                     .product = group.product,
+                                                     .hasKeyboard = group.hasKeyboard,
+                                                     .remainingSeconds = confirmationSeconds};
+        notePendingTakeover(m_defaults, confirmation);
         isChanged = addDevice(m_mouseDevices, group.device());
         if (group.hasKeyboard)
             isChanged |= setKeyboardEnabled(group, true);
-        startConfirmation(group);
         if (isChanged)
             save();
+        setPending(confirmation);
+        m_mouseConfirmationTask = m_queue.after(std::chrono::seconds(1), [this] { countDown(); });
         return;
     }
     const bool wasPending = isPending(group);
@@ -117,7 +126,7 @@ void DeviceMgrVM::setMouseEnabled(const DeviceGroup& group, bool on) {
     if (isChanged)
         save();
     if (wasPending)
-        pendingTakeovers::note(m_defaults, {});
+        clearPendingTakeover(m_defaults);
 }
 
 void DeviceMgrVM::setEnabled(const QString& key, bool on) {
@@ -131,22 +140,6 @@ void DeviceMgrVM::setEnabled(const QString& key, bool on) {
 bool DeviceMgrVM::isPending(const DeviceGroup& group) const {
     return m_pendingMouseConfirmation &&
            isSameDevice(m_pendingMouseConfirmation->device(), group.device());
-}
-
-void DeviceMgrVM::startConfirmation(const DeviceGroup& group) {
-    const MouseTakeoverConfirmation confirmation{.vendorID = group.vendorID,
-                                                 .productID = group.productID,
-                                                 .product = group.product,
-                                                 .hasKeyboard = group.hasKeyboard,
-                                                 .remainingSeconds = confirmationSeconds};
-    m_mouseConfirmationTask.cancel();
-    if (m_pendingMouseConfirmation && !isPending(group)) {
-        pendingTakeovers::note(m_defaults, {*m_pendingMouseConfirmation, confirmation});
-        revertPending();
-    }
-    pendingTakeovers::note(m_defaults, {confirmation});
-    setPending(confirmation);
-    m_mouseConfirmationTask = m_queue.after(std::chrono::seconds(1), [this] { countDown(); });
 }
 
 void DeviceMgrVM::countDown() {
@@ -165,7 +158,7 @@ void DeviceMgrVM::confirmMouseTakeover() {
         return;
     m_mouseConfirmationTask.cancel();
     setPending(std::nullopt);
-    pendingTakeovers::note(m_defaults, {});
+    clearPendingTakeover(m_defaults);
 }
 
 void DeviceMgrVM::cancelMouseTakeover() {
@@ -179,7 +172,7 @@ void DeviceMgrVM::revertPending() {
     setPending(std::nullopt);
     if (revertTakeover(pending, m_mouseDevices, m_excludedKeyboards))
         save();
-    pendingTakeovers::note(m_defaults, {});
+    clearPendingTakeover(m_defaults);
 }
 
 void DeviceMgrVM::setPending(std::optional<MouseTakeoverConfirmation> pending) {

@@ -74,7 +74,6 @@ private:
     void take(std::vector<SeenDeviceInfo> devices);
     void excludeNewCombinedDevices();
     bool isPending(const DeviceGroup& group) const;
-    void startConfirmation(const DeviceGroup& group);
     void countDown();
     void revertPending();
     void setPending(std::optional<MouseTakeoverConfirmation> pending);

@@ -4,9 +4,10 @@
 #include "devices/device_list.h"
 #include "platform/user_defaults.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+
+#include <optional>
 
 namespace tamsel {
 
@@ -16,6 +17,32 @@ constexpr auto vendorField = "vendorID";
 constexpr auto productIDField = "productID";
 constexpr auto productField = "product";
 constexpr auto hasKeyboardField = "hasKeyboard";
+
+/// A whole number of 64 bits; JSON has fractions and larger ones, too.
+std::optional<std::int64_t> integer(const QJsonValue& value) {
+    const qint64 number = value.toInteger(0);
+    // Whatever is no such number gives the default, be it 0 or 1.
+    return number == 0 && value.toInteger(1) == 1 ? std::nullopt : std::optional(number);
+}
+
+std::optional<MouseTakeoverConfirmation> noted(const QByteArray& note) {
+    const QJsonObject fields = QJsonDocument::fromJson(note).object();
+    const auto vendor = integer(fields[QLatin1String(vendorField)]);
+    const auto productID = integer(fields[QLatin1String(productIDField)]);
+    const QJsonValue product = fields[QLatin1String(productField)];
+    const QJsonValue hasKeyboard = fields[QLatin1String(hasKeyboardField)];
+    if (!vendor || !productID || !product.isString() || !hasKeyboard.isBool())
+        return std::nullopt;
+    return MouseTakeoverConfirmation{.vendorID = *vendor,
+                                     .productID = *productID,
+                                     .product = product.toString().toStdString(),
+                                     .hasKeyboard = hasKeyboard.toBool()};
+}
+
+void write(UserDefaults& defaults, const QByteArray& note) {
+    // When the note can't be written, the configuration, in the same store, can't be either.
+    static_cast<void>(defaults.setData(note, pendingTakeoverKey));
+}
 
 } // namespace
 
@@ -27,55 +54,31 @@ bool revertTakeover(const MouseTakeoverConfirmation& takeover,
     return isRemoved || isExcluded;
 }
 
-namespace pendingTakeovers {
-
-void note(UserDefaults& defaults, const std::vector<MouseTakeoverConfirmation>& takeovers) {
-    QJsonArray list;
-    for (const MouseTakeoverConfirmation& takeover : takeovers)
-        list.append(QJsonObject{{vendorField, qint64(takeover.vendorID)},
-                                {productIDField, qint64(takeover.productID)},
-                                {productField, QString::fromStdString(takeover.product)},
-                                {hasKeyboardField, takeover.hasKeyboard}});
-    const QByteArray text =
-        list.isEmpty() ? QByteArray() : QJsonDocument(list).toJson(QJsonDocument::Compact);
-    static_cast<void>(defaults.setData(text, key));
+void notePendingTakeover(UserDefaults& defaults, const MouseTakeoverConfirmation& takeover) {
+    write(defaults, QJsonDocument({{vendorField, qint64(takeover.vendorID)},
+                                   {productIDField, qint64(takeover.productID)},
+                                   {productField, QString::fromStdString(takeover.product)},
+                                   {hasKeyboardField, takeover.hasKeyboard}})
+                        .toJson(QJsonDocument::Compact));
 }
 
-std::vector<MouseTakeoverConfirmation> noted(UserDefaults& defaults) {
-    const auto data = defaults.dataForKey(key);
-    std::vector<MouseTakeoverConfirmation> takeovers;
-    if (!data || !*data)
-        return takeovers;
-    const QJsonArray list = QJsonDocument::fromJson(**data).array();
-    for (const QJsonValue entry : list) {
-        const QJsonValue vendor = entry[QLatin1String(vendorField)];
-        const QJsonValue product = entry[QLatin1String(productIDField)];
-        if (vendor.isDouble() && product.isDouble())
-            takeovers.push_back(
-                {.vendorID = vendor.toInteger(),
-                 .productID = product.toInteger(),
-                 .product = entry[QLatin1String(productField)].toString().toStdString(),
-                 .hasKeyboard = entry[QLatin1String(hasKeyboardField)].toBool()});
-    }
-    return takeovers;
+void clearPendingTakeover(UserDefaults& defaults) {
+    write(defaults, "");
 }
 
-void revert(StorageMgr& storage, UserDefaults& defaults) {
-    const auto takeovers = noted(defaults);
-    if (takeovers.empty())
+void revertPendingTakeover(StorageMgr& storage, UserDefaults& defaults) {
+    const auto data = defaults.dataForKey(pendingTakeoverKey);
+    if (!data || !*data || (*data)->isEmpty())
         return;
-    Cfg cfg = storage.load();
-    bool isChanged = false;
-    for (const MouseTakeoverConfirmation& takeover : takeovers) {
-        // Not there any more: it was taken back, and only the note is left.
-        if (containsDevice(cfg.mouseDevices, takeover.device()))
-            isChanged |= revertTakeover(takeover, cfg.mouseDevices, cfg.excludedKeyboards);
+    if (const auto takeover = noted(**data)) {
+        Cfg cfg = storage.load();
+        // Not there: it was taken back, or never saved, and only the note is left.
+        if (containsDevice(cfg.mouseDevices, takeover->device())) {
+            revertTakeover(*takeover, cfg.mouseDevices, cfg.excludedKeyboards);
+            storage.save(cfg);
+        }
     }
-    if (isChanged)
-        storage.save(cfg);
-    note(defaults, {});
+    clearPendingTakeover(defaults);
 }
-
-} // namespace pendingTakeovers
 
 } // namespace tamsel

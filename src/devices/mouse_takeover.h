@@ -2,7 +2,6 @@
 
 #include "config/records/records.h"
 
-#include <QList>
 #include <QString>
 
 #include <vector>
@@ -30,20 +29,15 @@ bool revertTakeover(const MouseTakeoverConfirmation& takeover,
                     std::vector<GrabbedDevice>& mouseDevices,
                     std::vector<GrabbedDevice>& excludedKeyboards);
 
-/// The unconfirmed takeovers, noted where the next run finds them: a user whose pointer is gone may
-/// have no other way than to switch the machine off.
-namespace pendingTakeovers {
+// The unconfirmed takeover is noted where the next run finds it: a user whose pointer is gone may
+// have no other way than to switch the machine off.
 
-inline const QString key = QStringLiteral("PendingMouseTakeover");
+inline const QString pendingTakeoverKey = QStringLiteral("PendingMouseTakeover");
 
-/// Replaces the note; an empty list says that nothing is pending.
-void note(UserDefaults& defaults, const std::vector<MouseTakeoverConfirmation>& takeovers);
-/// What an earlier run left unconfirmed; nothing when the note can't be read.
-std::vector<MouseTakeoverConfirmation> noted(UserDefaults& defaults);
+void notePendingTakeover(UserDefaults& defaults, const MouseTakeoverConfirmation& takeover);
+void clearPendingTakeover(UserDefaults& defaults);
 /// Takes back, in the stored configuration, what an earlier run left unconfirmed, and clears the
-/// note. To be called before any configuration is sent.
-void revert(StorageMgr& storage, UserDefaults& defaults);
-
-} // namespace pendingTakeovers
+/// note; a note that can't be read is only cleared. To be called before any configuration is sent.
+void revertPendingTakeover(StorageMgr& storage, UserDefaults& defaults);
 
 } // namespace tamsel

@@ -49,6 +49,7 @@ struct DeviceMgrVMTest : LogicFixture {
         return "excluded " + list(cfg.excludedKeyboards) + "mice " + list(cfg.mouseDevices);
     }
     std::size_t saves() const { return daemon.configs.size(); }
+    QByteArray& note() { return defaults.values[pendingTakeoverKey]; }
 };
 
 SeenDeviceInfo seen(std::int64_t vendor, std::int64_t product, const char* name, bool isMouse,
@@ -123,7 +124,7 @@ TEST_F(DeviceMgrVMTest, AnUnconfirmedTakeoverIsTakenBack) {
     EXPECT_FALSE(vm->isConfirmationPending());
     EXPECT_EQ(stored(), "excluded 3:3 mice ");
     EXPECT_EQ(on(), QStringList{"1:1"});
-    EXPECT_EQ(pendingTakeovers::noted(defaults).size(), 0U);
+    EXPECT_TRUE(note().isEmpty());
 
     // Confirmed at the last second; nothing is saved again.
     set("2:2", true);
@@ -152,7 +153,7 @@ TEST_F(DeviceMgrVMTest, AnUnconfirmedTakeoverIsTakenBack) {
     set("3:3", false);
     EXPECT_FALSE(vm->isConfirmationPending());
     EXPECT_EQ(stored(), "excluded 3:3 mice ");
-    EXPECT_EQ(pendingTakeovers::noted(defaults).size(), 0U);
+    EXPECT_TRUE(note().isEmpty());
     wait(20);
     EXPECT_EQ(queue.pendingTimers(), 0U);
 }
@@ -201,24 +202,76 @@ TEST_F(DeviceMgrVMTest, ATakeoverThatOutlivesTheProgramIsRevertedAtItsNextStart)
     wait(20);
     EXPECT_EQ(stored(), "excluded mice 3:3 ") << "nothing runs on";
     const auto sent = saves();
-    pendingTakeovers::revert(storage, defaults);
+    revertPendingTakeover(storage, defaults);
     EXPECT_EQ(saves(), sent) << "nothing is sent";
     EXPECT_EQ(list(storage.load().mouseDevices), "");
     EXPECT_EQ(list(storage.load().excludedKeyboards), "3:3 ");
-    EXPECT_EQ(pendingTakeovers::noted(defaults).size(), 0U);
+    EXPECT_TRUE(note().isEmpty());
 
-    // Notes that say nothing, or of what is not taken over any more.
-    const Cfg kept = storage.load();
-    for (const char* damaged : {"", "{", "[1, {}, {\"vendorID\": \"x\", \"productID\": 1}]", "null",
-                                "[{\"vendorID\": 1, \"productID\": 1, \"hasKeyboard\": true}]"}) {
-        defaults.values[pendingTakeovers::key] = damaged;
-        pendingTakeovers::revert(storage, defaults);
-        EXPECT_EQ(storage.load(), kept) << damaged;
+    // Notes that say nothing are cleared, and nothing else happens; so with a configuration that
+    // can't be read, and with a takeover that is not there any more.
+    Cfg kept = storage.load();
+    kept.mouseDevices = {{1, 1, "Kept"}};
+    storage.save(kept);
+    const QByteArray note1 = R"({"hasKeyboard":true,"product":"","productID":1,"vendorID":1})";
+    for (const auto& [from, to] :
+         std::vector<std::pair<QByteArray, QByteArray>>{{note1, "{"},
+                                                        {"{", ""},
+                                                        {"{", "null"},
+                                                        {"{", "[" + note1 + "]"},
+                                                        {"true", "1"},
+                                                        {"\"\"", "1"},
+                                                        {"\"productID\"", "\"x\""},
+                                                        {":1}", ":1.5}"},
+                                                        {":1,", ":1e30,"},
+                                                        {":1}", ":2}"}}) {
+        note() = QByteArray(note1).replace(from, to);
+        revertPendingTakeover(storage, defaults);
+        EXPECT_EQ(storage.load(), kept) << to.constData();
+        EXPECT_TRUE(note().isEmpty());
     }
-    defaults.values[StorageMgr::configKey] = "damaged";
-    defaults.values[pendingTakeovers::key] = "[{\"vendorID\": 1, \"productID\": 1}]";
-    pendingTakeovers::revert(storage, defaults);
-    EXPECT_EQ(defaults.values[StorageMgr::configKey], "damaged") << "what can't be read stays";
+    LogicFixture::stored() = "damaged";
+    note() = note1;
+    revertPendingTakeover(storage, defaults);
+    EXPECT_EQ(LogicFixture::stored(), "damaged") << "what can't be read stays";
+}
+
+/// The user defaults of a program that dies: after so many writes nothing reaches the store.
+struct DyingDefaults final : UserDefaults {
+    DyingDefaults(FakeUserDefaults& behind) : store(behind) {}
+    FakeUserDefaults& store;
+    int writesLeft = 1000;
+
+    Result<std::optional<QByteArray>> dataForKey(const QString& key) override {
+        return store.dataForKey(key);
+    }
+    Result<void> setData(const QByteArray& value, const QString& key) override {
+        return writesLeft-- > 0 ? store.setData(value, key) : Result<void>();
+    }
+    Result<void> setBool(bool, const QString&) override { return {}; }
+    Result<bool> contains(const QString& key) override { return store.contains(key); }
+};
+
+TEST_F(DeviceMgrVMTest, WhereverTheProgramDiesNoTakeoverIsLeft) {
+    report(desk);
+    for (int writes = 0; writes <= 7; ++writes) {
+        defaults.values.clear();
+        DyingDefaults dying(defaults);
+        StorageMgr dyingStorage(dying, logger);
+        DaemonXPCClient itsClient(daemon, dyingStorage, services);
+        vm = std::make_unique<DeviceMgrVM>(dyingStorage, itsClient, queue, dying);
+        reload();
+        dying.writesLeft = writes;
+        set("2:2", true);
+        set("3:3", true);
+        vm.reset();
+        EXPECT_EQ(list(storage.load().mouseDevices).empty(),
+                  writes < 2 || (writes > 2 && writes < 6))
+            << writes;
+        revertPendingTakeover(storage, defaults);
+        EXPECT_EQ(list(storage.load().mouseDevices), "") << writes;
+        EXPECT_EQ(list(storage.load().excludedKeyboards), "3:3 ") << writes;
+    }
 }
 
 TEST_F(DeviceMgrVMTest, BadRepliesAreEmptyOnes) {
