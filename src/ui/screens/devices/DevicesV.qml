@@ -63,6 +63,9 @@ PageFrame {
             id: banner
             width: parent.width
             devices: page.devices
+            // Whoever is asked sees the question, however far down the device is.
+            onVisibleChanged: if (visible) list.contentY = list.originY - list.topMargin
+            onFocusLeft: refreshButton.forceActiveFocus(Qt.TabFocusReason)
             Keys.onTabPressed: {
                 if (lastButton.activeFocus)
                     list.focusRow(0, Qt.TabFocusReason);

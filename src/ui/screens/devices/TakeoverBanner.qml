@@ -13,8 +13,17 @@ Rectangle {
     readonly property alias firstButton: cancel
     readonly property alias lastButton: confirm
 
+    // The banner goes, and one of its buttons has the keyboard.
+    signal focusLeft()
+
+    function follow(): void {
+        if (!devices.isConfirmationPending && (cancel.activeFocus || confirm.activeFocus))
+            focusLeft();
+        visible = devices.isConfirmationPending;
+    }
+
     implicitHeight: Math.max(68, text.height + 30)
-    visible: devices.isConfirmationPending
+    visible: false
     radius: Theme.radiusCard
     color: Theme.orangeSoft
     border { width: 1; color: Theme.orange }
@@ -22,13 +31,17 @@ Rectangle {
     Accessible.name: announced
     Accessible.ignored: !visible
 
-    Component.onCompleted: announced = devices.confirmationText
+    Component.onCompleted: {
+        announced = devices.confirmationText;
+        follow();
+    }
 
     Connections {
         target: banner.devices
         function onConfirmationChanged(): void {
             if (banner.devices.remainingSeconds % 5 === 0)
                 banner.announced = banner.devices.confirmationText;
+            banner.follow();
         }
     }
 
