@@ -1,7 +1,6 @@
 #include "../support/logic_fixture.h"
 
 #include "app/app_delegate.h"
-#include "app/changelog.h"
 #include "app/dashboard_cards.h"
 #include "app/dashboard_vm.h"
 #include "app/launch_at_login_mgr.h"
@@ -16,8 +15,6 @@
 #include "platform/fake/fake_updater.h"
 #include "platform/notification_center.h"
 #include "update/update_mgr.h"
-
-#include <QTemporaryDir>
 
 namespace tamsel {
 
@@ -316,38 +313,6 @@ TEST_F(DashboardTest, PermissionIsThatOfARunningService) {
     EXPECT_FALSE(permission.hasPermission()) << "between two checks the last answer stays";
     permission.requestPermission();
     EXPECT_TRUE(permission.hasPermission());
-}
-
-TEST_F(DashboardTest, NewestChangelogEntry) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"", ""},
-        {"no heading\n- a", ""},
-        {"intro\n## 2\n\n- a\n \t \n  - b  \n## 1\n- c", "- a\n  - b  "},
-        {"## 1\n##2\n- x", "##2\n- x"},
-    };
-    for (const auto& [text, entry] : cases)
-        EXPECT_EQ(newestChangelogEntry(text), entry);
-
-    const QTemporaryDir folder;
-    const auto put = [&](const QString& name, const QByteArray& text) {
-        QFile file(folder.filePath(name));
-        ASSERT_TRUE(file.open(QFile::WriteOnly));
-        file.write(text);
-        bundle.resources["changelog/" + name] = file.fileName();
-    };
-    EXPECT_EQ(loadLatestChangelog(bundle), "");
-    put("changelog.txt", "## 1\nenglish");
-    put("changelog_ja.txt", "## 1\njapanese");
-    put("changelog_fr.txt", "## 1\n\xff");
-    const std::pair<QStringList, const char*> languages[] = {{{}, "english"},
-                                                             {{"en", "ja"}, "english"},
-                                                             {{"ja"}, "japanese"},
-                                                             {{"de"}, "english"},
-                                                             {{"fr"}, ""}};
-    for (const auto& [localizations, text] : languages) {
-        bundle.localizations = localizations;
-        EXPECT_EQ(loadLatestChangelog(bundle), text);
-    }
 }
 
 } // namespace tamsel
