@@ -92,6 +92,12 @@ class KeyViewer(unittest.TestCase):
         self.assertEqual(self.daemon.calls.count("subscribeKeyViewer"), before)
         self.assertEqual(harness.other_output(self.app), [], "the toolkit printed warnings")
 
+    def delay(self):
+        """How long the application's main thread lets a question wait."""
+        asked = time.monotonic()
+        self.daemon.ask_app("requestClipboardText", None, "(bs)")
+        return time.monotonic() - asked
+
     def test_a_flood_of_events(self):
         """1,000 events a second for ten seconds, with the viewer and a recorder open."""
         self.open_viewer()
@@ -99,15 +105,14 @@ class KeyViewer(unittest.TestCase):
         self.window.press("push button", "Record a key")
         delays = []
         settled = 0
+        usual = sorted(self.delay() for _ in range(50))[25]
         start = time.monotonic()
         for number in range(10_000):
             usage = 4 + number % 26
             self.daemon.tell_key(usage, number % 2 == 0, 0, usage, False)
             if number % 100 == 99:
                 # A call in the same order as the events: its answer has waited for them.
-                asked = time.monotonic()
-                self.daemon.ask_app("requestClipboardText", None, "(bs)")
-                delays.append(time.monotonic() - asked)
+                delays.append(self.delay())
             if number == 3000:
                 settled = memory(self.app)
             time.sleep(max(0.0, start + (number + 1) / 1000 - time.monotonic()))
@@ -118,10 +123,11 @@ class KeyViewer(unittest.TestCase):
         self.assertEqual(self.rows(), expected[-len(self.rows()):])
         delays.sort()
         print(f"median delay {delays[50] * 1000:.1f} ms, 95 % {delays[95] * 1000:.1f} ms, "
-              f"memory grown by {grown} kB", flush=True)
+              f"{usual * 1000:.1f} ms without events, memory grown by {grown} kB", flush=True)
         if harness.PATIENCE == 1.0:  # a sanitizer keeps what is freed for a while
             self.assertLess(grown, 4000)
-        self.assertLess(delays[50], 0.016 * harness.PATIENCE)
+        # A frame; on a machine that is busy with other things, in proportion.
+        self.assertLess(delays[50], max(0.016 * harness.PATIENCE, 4 * usual))
 
 
 if __name__ == "__main__":

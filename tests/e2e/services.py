@@ -248,7 +248,7 @@ class Units(unittest.TestCase):
                 probe.expect("[DaemonMgr] Daemon 已處於註冊狀態")
                 probe.read += 1
                 probe.expect(AWAITING)
-                self.assertEqual(self.daemon.calls, ["EnableUnitFiles"])
+                wait_until(lambda: self.daemon.calls == ["EnableUnitFiles"], "the one call")
                 self.daemon.settle(error)
                 probe.expect(*outcome)
                 probe.quit()
