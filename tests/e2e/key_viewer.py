@@ -21,6 +21,19 @@ def memory(process):
         return next(int(line.split()[1]) for line in status if line.startswith("VmRSS"))
 
 
+def cpu_seconds(process):
+    with open(f"/proc/{process.pid}/stat", encoding="utf-8") as stat:
+        fields = stat.read().rsplit(")", 1)[1].split()
+    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
+def machine_ticks():
+    """The machine's idle time and all its time."""
+    with open("/proc/stat", encoding="utf-8") as stat:
+        ticks = [int(field) for field in stat.readline().split()[1:9]]
+    return ticks[3] + ticks[4], sum(ticks)
+
+
 class KeyViewer(unittest.TestCase):
     def setUp(self):
         self.sandbox = Sandbox()
@@ -105,7 +118,7 @@ class KeyViewer(unittest.TestCase):
         self.window.press("push button", "Record a key")
         delays = []
         settled = 0
-        usual = sorted(self.delay() for _ in range(50))[25]
+        cpu, (idle, total) = cpu_seconds(self.app), machine_ticks()
         start = time.monotonic()
         for number in range(10_000):
             usage = 4 + number % 26
@@ -117,17 +130,21 @@ class KeyViewer(unittest.TestCase):
                 settled = memory(self.app)
             time.sleep(max(0.0, start + (number + 1) / 1000 - time.monotonic()))
         grown = memory(self.app) - settled
+        cpu = cpu_seconds(self.app) - cpu
+        idle, total = (after - before for after, before in zip(machine_ticks(), (idle, total)))
         expected = [f"{'down' if n % 2 == 0 else 'up'}, {chr(ord('a') + n % 26)}, Other, "
                     f"passthrough, {chr(ord('a') + n % 26)}" for n in range(9970, 10_000)]
         wait_until(lambda: self.rows()[-1:] == expected[-1:], "the last event")
         self.assertEqual(self.rows(), expected[-len(self.rows()):])
         delays.sort()
         print(f"median delay {delays[50] * 1000:.1f} ms, 95 % {delays[95] * 1000:.1f} ms, "
-              f"{usual * 1000:.1f} ms without events, memory grown by {grown} kB", flush=True)
+              f"{cpu:.1f} s of processor time, machine idle {idle / total:.0%}, "
+              f"memory grown by {grown} kB", flush=True)
         if harness.PATIENCE == 1.0:  # a sanitizer keeps what is freed for a while
             self.assertLess(grown, 4000)
-        # A frame; on a machine that is busy with other things, in proportion.
-        self.assertLess(delays[50], max(0.016 * harness.PATIENCE, 4 * usual))
+        self.assertLess(cpu, 7 * harness.PATIENCE)
+        if idle / total > 0.2:  # else other programs have had the processors
+            self.assertLess(delays[50], 0.016 * harness.PATIENCE)
 
 
 if __name__ == "__main__":
