@@ -1,7 +1,6 @@
 """The key viewer on the real window: what the daemon reports, what the window sees itself, and a
 flood of events."""
 
-import os
 import subprocess
 import time
 import unittest
@@ -19,12 +18,6 @@ def memory(process):
     """Its resident memory in kilobytes."""
     with open(f"/proc/{process.pid}/status", encoding="utf-8") as status:
         return next(int(line.split()[1]) for line in status if line.startswith("VmRSS"))
-
-
-def cpu_seconds(process):
-    with open(f"/proc/{process.pid}/stat", encoding="utf-8") as stat:
-        fields = stat.read().rsplit(")", 1)[1].split()
-    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
 
 
 def machine_ticks():
@@ -118,7 +111,7 @@ class KeyViewer(unittest.TestCase):
         self.window.press("push button", "Record a key")
         delays = []
         settled = 0
-        cpu, (idle, total) = cpu_seconds(self.app), machine_ticks()
+        idle, total = machine_ticks()
         start = time.monotonic()
         for number in range(10_000):
             usage = 4 + number % 26
@@ -130,7 +123,6 @@ class KeyViewer(unittest.TestCase):
                 settled = memory(self.app)
             time.sleep(max(0.0, start + (number + 1) / 1000 - time.monotonic()))
         grown = memory(self.app) - settled
-        cpu = cpu_seconds(self.app) - cpu
         idle, total = (after - before for after, before in zip(machine_ticks(), (idle, total)))
         expected = [f"{'down' if n % 2 == 0 else 'up'}, {chr(ord('a') + n % 26)}, Other, "
                     f"passthrough, {chr(ord('a') + n % 26)}" for n in range(9970, 10_000)]
@@ -138,11 +130,9 @@ class KeyViewer(unittest.TestCase):
         self.assertEqual(self.rows(), expected[-len(self.rows()):])
         delays.sort()
         print(f"median delay {delays[50] * 1000:.1f} ms, 95 % {delays[95] * 1000:.1f} ms, "
-              f"{cpu:.1f} s of processor time, machine idle {idle / total:.0%}, "
-              f"memory grown by {grown} kB", flush=True)
+              f"machine idle {idle / total:.0%}, memory grown by {grown} kB", flush=True)
         if harness.PATIENCE == 1.0:  # a sanitizer keeps what is freed for a while
             self.assertLess(grown, 4000)
-        self.assertLess(cpu, 7 * harness.PATIENCE)
         if idle / total > 0.2:  # else other programs have had the processors
             self.assertLess(delays[50], 0.016 * harness.PATIENCE)
 
