@@ -1,3 +1,4 @@
+#include "app/about_vm.h"
 #include "app/app_delegate.h"
 #include "app/dashboard_vm.h"
 #include "app/launch_at_login_mgr.h"
@@ -12,6 +13,7 @@
 #include "driver/system_extension_mgr.h"
 #include "editors/combo_vm.h"
 #include "editors/mapping_vm.h"
+#include "feedback/feedback_vm.h"
 #include "keytools/key_recorder_vm.h"
 #include "keytools/key_viewer_vm.h"
 #include "keytools/keyboard_shortcut_handler.h"
@@ -20,6 +22,7 @@
 #include "platform/linux/dbus_daemon_connection.h"
 #include "platform/linux/desktop_workspace.h"
 #include "platform/linux/folder_bundle.h"
+#include "platform/linux/https_client.h"
 #include "platform/linux/journal_system_log.h"
 #include "platform/linux/linux_machine.h"
 #include "platform/linux/linux_service_management.h"
@@ -29,11 +32,16 @@
 #include "platform/linux/qt_main_queue.h"
 #include "platform/linux/qt_pasteboard.h"
 #include "platform/linux/real_clock.h"
+#include "platform/linux/secure_requests.h"
+#include "platform/linux/session_end_announcer.h"
+#include "platform/linux/single_instance.h"
 #include "platform/linux/sqlite_user_defaults.h"
 #include "platform/linux/termination_signals.h"
 #include "platform/linux/thread_background_queue.h"
+#include "platform/linux/tray_status_bar.h"
 #include "platform/linux/uinput_driver.h"
 #include "platform/linux/unmanaged_driver.h"
+#include "platform/linux/updater/feed_updater.h"
 #include "platform/notification_center.h"
 #include "ui/main_vm.h"
 #include "ui/main_window.h"
@@ -76,6 +84,14 @@ std::unique_ptr<tamsel::SystemExtensionService> makeDriver(ServiceKind kind,
     return std::make_unique<tamsel::UinputDriver>(queue, background, places);
 }
 
+/// A copy with a feed replaces itself; the others are their package manager's.
+std::unique_ptr<tamsel::UpdaterMaker> makeUpdaters(const tamsel::UpdateParts& parts,
+                                                   const tamsel::RelaunchOrder& relaunch) {
+    if (!parts.bundle.infoString(QStringLiteral("QLFeedURL")))
+        return std::make_unique<tamsel::PackagedUpdaterMaker>(parts.queue);
+    return std::make_unique<tamsel::FeedUpdaterMaker>(parts, relaunch);
+}
+
 } // namespace
 
 // The composition root: the platform, the managers in the order of their dependencies, the window.
@@ -88,7 +104,17 @@ int main(int argc, char** argv) {
     QGuiApplication::setApplicationName(QStringLiteral("tamsel"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Tamsel"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.tamsel"));
-    const tamsel::TerminationSignals signalled([] { QCoreApplication::quit(); });
+    QStringList arguments = QCoreApplication::arguments();
+    auto relaunch = tamsel::RelaunchOrder::takeFrom(arguments);
+    const tamsel::TerminationSignals signalled([] { tamsel::QtApplication::terminateNow(); });
+
+    const auto urls = tamsel::SingleInstance::urlsOf(arguments.mid(1));
+    tamsel::SingleInstance instance(QDBusConnection::sessionBus());
+    const auto role = instance.claim(urls);
+    if (!role)
+        return cantStart(role.error().description());
+    if (*role == tamsel::SingleInstance::Role::handedOver)
+        return 0;
 
     tamsel::QtMainQueue queue;
     const tamsel::RealClock clock;
@@ -99,6 +125,9 @@ int main(int argc, char** argv) {
     tamsel::QtPasteboard pasteboard(queue);
     tamsel::DesktopWorkspace workspace;
     tamsel::QtLocalEvents localEvents(application);
+    tamsel::TrayStatusBar tray(bundle);
+    tamsel::QtApplication qtApplication(application, tray);
+    tamsel::SessionEndAnnouncer sessionEnd(application);
     tamsel::NotificationCenter notifications;
     const auto defaults =
         tamsel::SqliteUserDefaults::open(tamsel::SqliteUserDefaults::standardFile());
@@ -133,8 +162,11 @@ int main(int argc, char** argv) {
     using LogTimes = tamsel::JournalSystemLog::Times;
     tamsel::JournalSystemLog updateLog("org.maren.quorel", "Quorel", LogTimes::added);
     tamsel::JournalSystemLog updateDriverLog("org.maren.quorel", "UserDriver", LogTimes::added);
-    tamsel::PackagedUpdaterMaker updaters(queue);
-    tamsel::Quorel quorel({updaters, bundle, queue, clock, updateLog, updateDriverLog});
+    tamsel::SecureRequests requests(bundle);
+    const auto updaters = makeUpdaters({bundle, queue, background, **defaults, qtApplication,
+                                        requests, QCoreApplication::applicationDirPath()},
+                                       relaunch);
+    tamsel::Quorel quorel({*updaters, bundle, queue, clock, updateLog, updateDriverLog});
     tamsel::UpdateMgr updateMgr(quorel, **defaults, queue, clock, logger);
     tamsel::PermissionMgr permission(daemonMgr);
     tamsel::SettingsGuideVM guide(machine, daemonMgr, sysExtMgr, pasteboard);
@@ -145,27 +177,38 @@ int main(int argc, char** argv) {
     tamsel::KeyRecorderVM keyRecorder(eventHub, localEvents, queue, Modifiers::ignored);
     tamsel::KeyRecorderVM comboRecorder(eventHub, localEvents, queue, Modifiers::captured);
     tamsel::KeyViewerVM keyViewer(eventHub, clock);
+    tamsel::HttpsClient http(requests, queue);
+    tamsel::TicketAPI tickets(tamsel::TicketOrigin::of(bundle), http, **defaults, queue, logger);
+    tamsel::FeedbackVM feedback(tickets, clock, logger, tamsel::TimeStyle::of(QLocale::system()));
     tamsel::MainVM main(notifications);
     tamsel::KeyboardShortcutHandler screenKeys(localEvents, main.screenKeys());
-    tamsel::KeyboardShortcutHandler aboutKeys(localEvents, main.aboutKeys());
-    tamsel::QtApplication terminator;
-    tamsel::AppDelegate delegate(
-        {terminator, queue, logger, storage, daemon, daemonMgr, sysExtMgr, launchAtLogin});
+    tamsel::AppDelegate delegate({qtApplication, tray, sessionEnd, localEvents, notifications,
+                                  **defaults, bundle, queue, logger, storage, daemon, daemonMgr,
+                                  sysExtMgr, launchAtLogin, updateMgr});
     tamsel::DashboardVM dashboard({queue, **defaults, notifications, bundle, guide, daemon,
                                    daemonMgr, sysExtMgr, updateMgr, quorel, permission,
                                    launchAtLogin, delegate});
+    tamsel::AboutVM about({localEvents, bundle, workspace, logger, updateMgr, quorel, daemonMgr,
+                           sysExtMgr, delegate});
     QObject::connect(&application, &QGuiApplication::applicationStateChanged, &notifications,
                      [&notifications](Qt::ApplicationState state) {
                          if (state == Qt::ApplicationActive)
                              Q_EMIT notifications.applicationDidBecomeActive();
                      });
 
-    const tamsel::MainWindow window({main, mapping, combo, dashboard, devices, guide, permission,
-                                     keyRecorder, comboRecorder, keyViewer, screenKeys, aboutKeys});
+    const tamsel::MainWindow window({main, mapping, combo, dashboard, devices, feedback, guide,
+                                     permission, keyRecorder, comboRecorder, keyViewer, about,
+                                     screenKeys});
     if (!window.window())
         return cantStart("the window can't be loaded");
-    delegate.applicationDidFinishLaunching();
-    const int status = QGuiApplication::exec();
-    delegate.applicationWillTerminate();
-    return status;
+    qtApplication.setMainWindow(window.window());
+    QObject::connect(&instance, &tamsel::SingleInstance::openedAgain, &qtApplication,
+                     &tamsel::QtApplication::openedAgain);
+    QObject::connect(&instance, &tamsel::SingleInstance::quitRequested, &qtApplication,
+                     &tamsel::QtApplication::terminate);
+    // A version that comes this far can be left in place.
+    queue.async(&delegate, [&relaunch, &bundle] {
+        relaunch.report(bundle.infoString(QStringLiteral("CFBundleVersion")).value_or(QString()));
+    });
+    return qtApplication.run(delegate, urls);
 }

@@ -53,4 +53,15 @@ QString loadLatestChangelog(const Bundle& bundle) {
     return path ? newestChangelogEntry(readText(*path)) : QString();
 }
 
+QString loadChangelog(const Bundle& bundle) {
+    const QString english = QStringLiteral("en");
+    const QString code = bundle.preferredLanguages().value(0, english).section(u'-', 0, 0);
+    const QString plain = QStringLiteral("changelog");
+    const QString type = QStringLiteral("txt");
+    auto path = bundle.pathForResource(code == english ? plain : plain + u'_' + code, type);
+    if (!path)
+        path = bundle.pathForResource(plain, type);
+    return path ? readText(*path) : QString();
+}
+
 } // namespace tamsel

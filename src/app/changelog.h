@@ -14,4 +14,8 @@ QString newestChangelogEntry(const QString& changelog);
 /// that can be read as text.
 QString loadLatestChangelog(const Bundle& bundle);
 
+/// The bundle's whole change log in the user's first language, or in English; empty when there is
+/// none that can be read as text.
+QString loadChangelog(const Bundle& bundle);
+
 } // namespace tamsel

@@ -14,10 +14,17 @@ namespace tamsel {
 /// at `limit` when one is given, so the result is at most `limit`.
 qsizetype characterCount(QStringView text, std::optional<qsizetype> limit = std::nullopt);
 
+/// The beginning of a text: so many of its characters, or all of it.
+QString firstCharacters(const QString& text, qsizetype count);
+
 /// A text from outside as one line of the window: at most 400 UTF-16 units, line ends and tabs as
 /// signs, other control characters and those that turn the direction of writing as a dot.
 QString shownLine(QString text);
 QString shownLine(const std::string& text);
+
+/// A text from outside with its line ends and tabs: at most 20,000 UTF-16 units, cut with "…", the
+/// same characters replaced as in a line.
+QString shownText(QString text);
 
 inline constexpr qsizetype maxUrlCharacters = 2048;
 

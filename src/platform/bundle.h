@@ -25,6 +25,8 @@ public:
     /// The languages that the bundle has texts in, such as "zh-Hant", in the user's order of
     /// preference; without those that the user does not know.
     virtual QStringList preferredLocalizations() const = 0;
+    /// The user's languages as tags such as "zh-Hant-TW", best first.
+    virtual QStringList preferredLanguages() const = 0;
 };
 
 } // namespace tamsel

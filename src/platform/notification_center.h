@@ -20,6 +20,10 @@ signals:
     void keyboardShortcutA();
     /// "MenuBarVisibilityChanged": whether the icon is to be shown was changed in the settings.
     void menuBarVisibilityChanged();
+    /// "TamselMainWindowReopen": the main window, hidden until now, is shown again.
+    void mainWindowReopen();
+    /// The application's windows were hidden.
+    void applicationDidHide();
     /// The application has become the one that the user works with.
     void applicationDidBecomeActive();
 };

@@ -20,6 +20,8 @@ struct AppcastItem {
 /// The domain of the updater's own errors, and its code for a feed without a newer version.
 inline constexpr QStringView updaterErrorDomain = u"SUSparkleErrorDomain";
 inline constexpr int updaterNoUpdateCode = 1001;
+/// What a check that got no answer ends with, whoever notices first.
+inline constexpr QStringView updaterCheckTimedOut = u"檢查超時，請稍後再試";
 
 struct UpdaterError {
     QString domain;

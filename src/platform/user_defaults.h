@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <cstdint>
 #include <optional>
 
 namespace tamsel {
@@ -22,6 +23,12 @@ public:
     virtual Result<void> setData(const QByteArray& value, const QString& key) = 0;
     /// The same for a boolean, which is stored as the number 1 or 0.
     virtual Result<void> setBool(bool value, const QString& key) = 0;
+    /// The same for a text, which is stored as one.
+    virtual Result<void> setString(const QString& value, const QString& key) = 0;
+    /// The same for an integer; as its digits in a store that knows no numbers.
+    virtual Result<void> setInteger(std::int64_t value, const QString& key) {
+        return setData(QByteArray::number(qint64{value}), key);
+    }
     /// Whether the key was ever written, whatever its value.
     virtual Result<bool> contains(const QString& key) = 0;
 

@@ -3,6 +3,7 @@
 // The logic's classes as QML types of this module. They come in here so that no room below knows
 // QML; instances reach the screens as properties of the window, never as singletons.
 
+#include "app/about_vm.h"
 #include "app/dashboard_vm.h"
 #include "app/permission_mgr.h"
 #include "app/settings_guide_vm.h"
@@ -11,6 +12,7 @@
 #include "editors/combo_vm.h"
 #include "editors/mapping_vm.h"
 #include "editors/shortcut_edit_vm.h"
+#include "feedback/feedback_vm.h"
 #include "keytools/key_recorder_vm.h"
 #include "keytools/key_viewer_vm.h"
 #include "keytools/keyboard_shortcut_handler.h"
@@ -18,6 +20,19 @@
 #include <QtQml/qqml.h>
 
 namespace tamsel {
+
+struct AboutVMForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::AboutVM)
+    QML_NAMED_ELEMENT(AboutVM)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct UpdateStatusForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::UpdateStatus)
+    QML_VALUE_TYPE(updateStatus)
+};
 
 struct DashboardVMForeign {
     Q_GADGET
@@ -69,6 +84,37 @@ struct DeviceRowForeign {
     Q_GADGET
     QML_FOREIGN(tamsel::DeviceRow)
     QML_VALUE_TYPE(deviceRow)
+};
+
+struct FeedbackVMForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::FeedbackVM)
+    QML_NAMED_ELEMENT(FeedbackVM)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct TicketCategoryForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::TicketCategory)
+    QML_VALUE_TYPE(ticketCategory)
+};
+
+struct TicketRowForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::TicketRow)
+    QML_VALUE_TYPE(ticketRow)
+};
+
+struct TicketPageForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::TicketPage)
+    QML_VALUE_TYPE(ticketPage)
+};
+
+struct CommentRowForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::CommentRow)
+    QML_VALUE_TYPE(commentRow)
 };
 
 struct MappingVMForeign {

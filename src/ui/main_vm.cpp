@@ -4,12 +4,20 @@
 
 #include <QHash>
 
+#include <utility>
+
 namespace tamsel {
 
 MainVM::MainVM(NotificationCenter& notifications, QObject* parent)
     : QObject(parent), m_notifications(notifications) {
     connect(&notifications, &NotificationCenter::navigateToPage, this, &MainVM::navigate);
     connect(&notifications, &NotificationCenter::keyboardShortcutA, this, &MainVM::addRequested);
+    connect(&notifications, &NotificationCenter::applicationDidHide, this,
+            [this] { setHidden(true); });
+    connect(&notifications, &NotificationCenter::mainWindowReopen, this, [this] {
+        setHidden(false);
+        Q_EMIT reopened();
+    });
 }
 
 KeyboardShortcutHandler::Shortcuts MainVM::screenKeys() {
@@ -20,15 +28,16 @@ KeyboardShortcutHandler::Shortcuts MainVM::screenKeys() {
     return keys;
 }
 
-KeyboardShortcutHandler::Shortcuts MainVM::aboutKeys() {
-    return {{u'k', [this] { Q_EMIT keyViewerRequested(); }}};
-}
-
 void MainVM::select(MenuItem item) {
     if (m_selected == item)
         return;
     m_selected = item;
     Q_EMIT selectedChanged();
+}
+
+void MainVM::setHidden(bool hidden) {
+    if (std::exchange(m_isHidden, hidden) != hidden)
+        Q_EMIT isHiddenChanged();
 }
 
 void MainVM::navigate(const QString& pageName) {

@@ -17,6 +17,7 @@ class MainVM final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(MenuItem selected READ selected WRITE select NOTIFY selectedChanged)
+    Q_PROPERTY(bool isHidden READ isHidden NOTIFY isHiddenChanged)
 
 public:
     /// The sidebar's entries in its order; digit n of the keyboard chooses the n-th.
@@ -28,6 +29,8 @@ public:
 
     MenuItem selected() const { return m_selected; }
     void select(MenuItem item);
+    /// The application is hidden; its window may still have an entry in the task bar.
+    bool isHidden() const { return m_isHidden; }
 
     /// Chooses the screen that an application URL names, whatever the name's case; "" is the
     /// dashboard. A name that no screen has leaves the selection as it is.
@@ -35,18 +38,21 @@ public:
     /// The plain keys of the window: a digit for each entry, and "a", which posts
     /// "KeyboardShortcut_A".
     KeyboardShortcutHandler::Shortcuts screenKeys();
-    /// The plain keys of the About screen.
-    KeyboardShortcutHandler::Shortcuts aboutKeys();
 
 signals:
     void selectedChanged();
+    void isHiddenChanged();
+    /// "TamselMainWindowReopen": the window is shown again.
+    void reopened();
     /// "KeyboardShortcut_A" was posted: the screen that is shown adds a row.
     void addRequested();
-    void keyViewerRequested();
 
 private:
+    void setHidden(bool hidden);
+
     NotificationCenter& m_notifications;
     MenuItem m_selected = Dashboard;
+    bool m_isHidden = false;
 };
 
 } // namespace tamsel

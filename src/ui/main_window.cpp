@@ -1,11 +1,13 @@
 #include "ui/main_window.h"
 
+#include "app/about_vm.h"
 #include "app/dashboard_vm.h"
 #include "app/permission_mgr.h"
 #include "app/settings_guide_vm.h"
 #include "devices/device_mgr_vm.h"
 #include "editors/combo_vm.h"
 #include "editors/mapping_vm.h"
+#include "feedback/feedback_vm.h"
 #include "keytools/key_recorder_vm.h"
 #include "keytools/key_viewer_vm.h"
 #include "keytools/keyboard_shortcut_handler.h"
@@ -33,20 +35,20 @@ MainWindow::MainWindow(const WindowModels& models) {
         {QStringLiteral("combo"), QVariant::fromValue(&models.combo)},
         {QStringLiteral("dashboard"), QVariant::fromValue(&models.dashboard)},
         {QStringLiteral("devices"), QVariant::fromValue(&models.devices)},
+        {QStringLiteral("feedback"), QVariant::fromValue(&models.feedback)},
         {QStringLiteral("guide"), QVariant::fromValue(&models.guide)},
         {QStringLiteral("permission"), QVariant::fromValue(&models.permission)},
         {QStringLiteral("keyRecorder"), QVariant::fromValue(&models.keyRecorder)},
         {QStringLiteral("comboRecorder"), QVariant::fromValue(&models.comboRecorder)},
         {QStringLiteral("keyViewer"), QVariant::fromValue(&models.keyViewer)},
+        {QStringLiteral("about"), QVariant::fromValue(&models.about)},
         {QStringLiteral("screenKeys"), QVariant::fromValue(&models.screenKeys)},
-        {QStringLiteral("aboutKeys"), QVariant::fromValue(&models.aboutKeys)},
     });
     m_engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Tamsel/screens/MainV.qml")));
     if (QQuickWindow* main = window()) {
         QRect frame = main->geometry();
         frame.moveCenter(main->screen()->availableGeometry().center());
         main->setPosition(frame.topLeft());
-        main->show();
     }
 }
 

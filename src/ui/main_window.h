@@ -5,9 +5,11 @@
 
 namespace tamsel {
 
+class AboutVM;
 class ComboVM;
 class DashboardVM;
 class DeviceMgrVM;
+class FeedbackVM;
 class KeyRecorderVM;
 class KeyViewerVM;
 class KeyboardShortcutHandler;
@@ -23,20 +25,21 @@ struct WindowModels {
     ComboVM& combo;
     DashboardVM& dashboard;
     DeviceMgrVM& devices;
+    FeedbackVM& feedback;
     SettingsGuideVM& guide;
     PermissionMgr& permission;
     KeyRecorderVM& keyRecorder;   ///< single keys, for mappings
     KeyRecorderVM& comboRecorder; ///< keys with the modifiers held with them, for triggers
     KeyViewerVM& keyViewer;
+    AboutVM& about;
     KeyboardShortcutHandler& screenKeys; ///< the main window's plain keys
-    KeyboardShortcutHandler& aboutKeys;  ///< those of the About screen
 };
 
 /// The main window and the QML engine behind it. Main thread; make it after the application object
 /// and destroy it before the models.
 class MainWindow final {
 public:
-    /// Loads the window and shows it, centred. window() is null when it could not be loaded; the
+    /// Loads the window, centred and not shown. window() is null when it could not be loaded; the
     /// engine has then said why on standard error.
     explicit MainWindow(const WindowModels& models);
 

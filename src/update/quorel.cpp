@@ -96,7 +96,7 @@ void Quorel::timedOut() {
         QStringLiteral("[Quorel] ❌ 檢查超時 (%1s)")
             .arg(std::chrono::duration_cast<std::chrono::seconds>(checkTimeout).count()));
     m_lastUpdateCheckDate = m_services.clock.now();
-    setStatus(UpdateStatus::failed(QStringLiteral("檢查超時，請稍後再試")));
+    setStatus(UpdateStatus::failed(updaterCheckTimedOut.toString()));
 }
 
 void Quorel::downloadAndInstall() {

@@ -1,42 +1,14 @@
-#include "../support/logic_fixture.h"
+#include "../support/lifecycle_fixture.h"
 
-#include "app/app_delegate.h"
 #include "app/dashboard_cards.h"
 #include "app/dashboard_vm.h"
-#include "app/launch_at_login_mgr.h"
 #include "app/permission_mgr.h"
-#include "daemon/daemon_mgr.h"
-#include "driver/system_extension_mgr.h"
-#include "platform/fake/fake_application.h"
-#include "platform/fake/fake_bundle.h"
-#include "platform/fake/fake_processes.h"
-#include "platform/fake/fake_service_management.h"
-#include "platform/fake/fake_system_extension.h"
-#include "platform/fake/fake_updater.h"
-#include "platform/notification_center.h"
-#include "update/update_mgr.h"
 
 namespace tamsel {
 
-struct DashboardTest : LogicFixture {
-    FakeServiceManagement services;
-    FakeBundle bundle;
-    FakeSystemExtensionService extensions;
-    FakeProcessRunner processes;
-    FakeBackgroundQueue background;
-    FakeApplication application;
+struct DashboardTest : LifecycleFixture {
     FakeSettingsPanes panes;
-    FakeSystemLog updateLog;
-    NotificationCenter notifications;
-    FakeUpdater updater;
-    Quorel quorel{{updater, bundle, queue, clock, updateLog, updateLog}};
-    UpdateMgr updateMgr{quorel, defaults, queue, clock, logger};
-    DaemonMgr daemonMgr{services, bundle, logger};
-    SystemExtensionMgr sysExtMgr{{extensions, processes, background, queue, logger}, client};
-    LaunchAtLoginMgr launchAtLogin{services, defaults, logger};
     PermissionMgr permission{daemonMgr};
-    AppDelegate delegate{
-        {application, queue, logger, storage, client, daemonMgr, sysExtMgr, launchAtLogin}};
     std::unique_ptr<DashboardVM> vm = makeModel();
 
     using Calls = std::vector<std::string>;

@@ -249,6 +249,7 @@ struct DyingDefaults final : UserDefaults {
         return writesLeft-- > 0 ? store.setData(value, key) : Result<void>();
     }
     Result<void> setBool(bool, const QString&) override { return {}; }
+    Result<void> setString(const QString&, const QString&) override { return {}; }
     Result<bool> contains(const QString& key) override { return store.contains(key); }
 };
 

@@ -25,9 +25,9 @@ def run_in_desktop():
     sys.exit(subprocess.run(command, env=env, check=False).returncode)
 
 
-def start_app(sandbox, **env):
-    return sandbox.start("tamsel", QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
-                         **env)
+def start_app(sandbox, *arguments, **env):
+    return sandbox.start("tamsel", *arguments, QT_QPA_PLATFORM="xcb",
+                         QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", **env)
 
 
 def _nodes(node, depth=0):

@@ -56,9 +56,10 @@ class Sandbox:
             self.env["XDG_RUNTIME_DIR" if name == "RUNTIME" else f"XDG_{name}_HOME"] = path
 
     def start(self, program, *arguments, **env):
-        """Starts a program of the build; its standard error goes to a file of its own."""
+        """Starts a program of the build, or another by its path; its standard error goes to a file
+        of its own."""
         number = len(self.processes)
-        log = os.path.join(self.folder, f"{program}-{number}.err")
+        log = os.path.join(self.folder, f"{os.path.basename(program)}-{number}.err")
         with open(log, "wb") as stderr:
             process = subprocess.Popen(
                 [os.path.join(BUILD, "bin", program), *arguments], env={**self.env, **env},
@@ -67,8 +68,11 @@ class Sandbox:
         self.processes.append(process)
         return process
 
-    def start_app(self, **env):
-        return self.start("tamsel", **{"QT_QPA_PLATFORM": "offscreen", **env})
+    def start_app(self, *arguments, **env):
+        """Without a window system and a session bus, so that any number may run side by side."""
+        return self.start("tamsel", *arguments,
+                          **{"QT_QPA_PLATFORM": "offscreen",
+                             "DBUS_SESSION_BUS_ADDRESS": "disabled:", **env})
 
     def close(self):
         for process in self.processes:
@@ -223,6 +227,7 @@ class StandInDaemon:
         self.calls = []
         self.connections = []
         self.accepts = True
+        self.version = "1"  # None: no answer, ever
         self.error = None
         self.status = (True, True, "RUNNING")
         self.devices = b"[]"
@@ -254,7 +259,8 @@ class StandInDaemon:
         elif method == "getStatus":
             invocation.return_value(GLib.Variant("(bbs)", self.status))
         elif method == "getVersion":
-            invocation.return_value(GLib.Variant("(s)", ("1",)))
+            if self.version is not None:
+                invocation.return_value(GLib.Variant("(s)", (self.version,)))
         elif method == "getSeenDevices":
             # Not by "(ay)", which makes a variant of each byte.
             array = GLib.Variant.new_from_bytes(GLib.VariantType("ay"), GLib.Bytes(self.devices),

@@ -460,7 +460,8 @@ class OwnPrograms(unittest.TestCase):
         application = os.path.join(self.programs, "tamsel")
         shutil.copy2(os.path.join(BUILD, "bin", "tamsel"), application)
         for end in (signal.SIGKILL, signal.SIGTERM):
-            app = self.sandbox.start(application, QT_QPA_PLATFORM="offscreen")
+            app = self.sandbox.start(application, QT_QPA_PLATFORM="offscreen",
+                                     TAMSEL_BUNDLE=os.path.join(BUILD, "share", "tamsel"))
             harness.wait_for_line(app, RUNNING)
             harness.wait_for_line(app, "[DaemonXPC] 配置發送成功")
             app.send_signal(end)
@@ -471,7 +472,8 @@ class OwnPrograms(unittest.TestCase):
         self.assertIn(REGISTERED_ALREADY[0], log_lines(app))
         os.kill(self.serving(), signal.SIGTERM)
         wait_until(lambda: not self.running("tamsel-daemon"), "the daemon's end")
-        app = self.sandbox.start(application, QT_QPA_PLATFORM="offscreen")
+        app = self.sandbox.start(application, QT_QPA_PLATFORM="offscreen",
+                                     TAMSEL_BUNDLE=os.path.join(BUILD, "share", "tamsel"))
         harness.wait_for_line(app, "[DaemonXPC] 配置發送成功")
         app.send_signal(signal.SIGTERM)
         self.assertEqual(app.wait(10 * harness.PATIENCE), 0)

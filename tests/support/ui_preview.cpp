@@ -1,7 +1,9 @@
 // Shows the window over sample rows and a daemon in memory, to look at it and to drive it.
 // usage: ui_preview [--dark] [--size WxH] [--page NAME] [--rows N] [--edit ID] [--viewer]
-//                   [--trouble] [--quit] [--guide PANE] [--disconnected]
+//                   [--trouble] [--quit] [--guide PANE] [--tab N] [--update STATE] [--uninstall]
+//                   [--disconnected]
 
+#include "app/about_vm.h"
 #include "app/app_delegate.h"
 #include "app/dashboard_vm.h"
 #include "app/launch_at_login_mgr.h"
@@ -16,6 +18,7 @@
 #include "driver/system_extension_mgr.h"
 #include "editors/combo_vm.h"
 #include "editors/mapping_vm.h"
+#include "feedback/feedback_vm.h"
 #include "keytools/key_recorder_vm.h"
 #include "keytools/key_viewer_vm.h"
 #include "keytools/keyboard_shortcut_handler.h"
@@ -23,14 +26,17 @@
 #include "platform/fake/fake_application.h"
 #include "platform/fake/fake_bundle.h"
 #include "platform/fake/fake_daemon.h"
+#include "platform/fake/fake_http_client.h"
 #include "platform/fake/fake_local_events.h"
 #include "platform/fake/fake_main_queue.h"
 #include "platform/fake/fake_processes.h"
 #include "platform/fake/fake_service_management.h"
+#include "platform/fake/fake_status_bar.h"
 #include "platform/fake/fake_system.h"
 #include "platform/fake/fake_system_extension.h"
 #include "platform/fake/fake_updater.h"
 #include "platform/notification_center.h"
+#include "platform/power_off_announcer.h"
 #include "ui/main_vm.h"
 #include "ui/main_window.h"
 #include "update/update_mgr.h"
@@ -121,6 +127,22 @@ Bytes sampleDevices() {
     return {json.begin(), json.end()};
 }
 
+void playUpdater(FakeUpdater& updater, const QString& state) {
+    if (state == "none")
+        updater.delegate->didNotFindUpdate();
+    else if (state == "found")
+        updater.delegate->didFindValidUpdate({"1.5.0", "150"});
+    else if (state == "failed")
+        updater.driver->showUpdaterError({{}, 1, "檢查超時，請稍後再試"}, [] {});
+    else if (state == "ready")
+        updater.driver->showReadyToInstallAndRelaunch([](SPUUserUpdateChoice) {});
+    else if (state == "loading") {
+        updater.driver->showDownloadInitiated();
+        updater.driver->showDownloadDidReceiveExpectedContentLength(1000);
+        updater.driver->showDownloadDidReceiveDataOfLength(429);
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -137,6 +159,12 @@ int main(int argc, char** argv) {
                           {"empty", "the daemon has seen no device"},
                           {"quit", "ask whether to quit"},
                           {"guide", "open a guide: extensions, input, items", "pane"},
+                          {"tab", "tab of the About screen", "number", "0"},
+                          {"update",
+                           "what the updater is at: checking, none, found, loading, "
+                           "ready, failed",
+                           "state"},
+                          {"uninstall", "ask whether to uninstall"},
                           {"disconnected", "no daemon"}});
     arguments.process(application);
     if (arguments.isSet("dark")) {
@@ -159,7 +187,9 @@ int main(int argc, char** argv) {
     FakeServiceManagement services;
     FakeBundle bundle;
     bundle.infoStrings["CFBundleShortVersionString"] = "1.4.2";
+    bundle.infoStrings["CFBundleVersion"] = "142";
     bundle.resources["changelog/changelog.txt"] = TAMSEL_CHANGELOG;
+    bundle.resources["changelog.txt"] = TAMSEL_CHANGELOG;
     FakeSystemExtensionService extensions;
     FakeProcessRunner processes;
     FakeBackgroundQueue background;
@@ -181,21 +211,25 @@ int main(int argc, char** argv) {
     UpdateMgr updateMgr(quorel, defaults, queue, clock, logger);
     PermissionMgr permission(daemonMgr);
     SettingsGuideVM guide(machine, daemonMgr, sysExtMgr, pasteboard);
-    AppDelegate delegate(
-        {terminator, queue, logger, storage, daemon, daemonMgr, sysExtMgr, launchAtLogin});
+    FakeStatusBar statusBar;
+    PowerOffAnnouncer powerOff;
+    FakeLocalEvents localEvents;
+    AppDelegate delegate({terminator, statusBar, powerOff, localEvents, notifications, defaults,
+                          bundle, queue, logger, storage, daemon, daemonMgr, sysExtMgr,
+                          launchAtLogin, updateMgr});
     DashboardVM dashboard({queue, defaults, notifications, bundle, guide, daemon, daemonMgr,
                            sysExtMgr, updateMgr, quorel, permission, launchAtLogin, delegate});
     storage.save(sampleConfig(arguments.value("rows").toInt()));
     MappingVM mapping(storage, daemon);
     ComboVM combo(storage, daemon, workspace);
-    FakeLocalEvents localEvents;
     DaemonEventHub eventHub(daemon, localEvents, queue);
     KeyRecorderVM keyRecorder(eventHub, localEvents, queue, KeyRecorderVM::Modifiers::ignored);
     KeyRecorderVM comboRecorder(eventHub, localEvents, queue, KeyRecorderVM::Modifiers::captured);
     KeyViewerVM keyViewer(eventHub, clock);
     MainVM main(notifications);
     KeyboardShortcutHandler screenKeys(localEvents, main.screenKeys());
-    KeyboardShortcutHandler aboutKeys(localEvents, main.aboutKeys());
+    AboutVM about({localEvents, bundle, workspace, logger, updateMgr, quorel, daemonMgr, sysExtMgr,
+                   delegate});
     main.navigate(arguments.value("page"));
     if (!arguments.isSet("disconnected")) {
         daemon.sendConfig(storage.load());
@@ -203,6 +237,9 @@ int main(int argc, char** argv) {
     }
 
     DeviceMgrVM devices(storage, daemon, queue, defaults);
+    FakeHttpClient http;
+    TicketAPI tickets(TicketOrigin::of(bundle), http, defaults, queue, logger);
+    FeedbackVM feedback(tickets, clock, logger, {});
     if (!arguments.isSet("empty"))
         fakeDaemon.seenDevices = sampleDevices();
     if (arguments.isSet("trouble")) {
@@ -214,8 +251,8 @@ int main(int argc, char** argv) {
         sysExtMgr.loadExtension();
         extensions.finish(0);
     }
-    const MainWindow window({main, mapping, combo, dashboard, devices, guide, permission,
-                             keyRecorder, comboRecorder, keyViewer, screenKeys, aboutKeys});
+    const MainWindow window({main, mapping, combo, dashboard, devices, feedback, guide, permission,
+                             keyRecorder, comboRecorder, keyViewer, about, screenKeys});
     queue.runPending();
     if (arguments.isSet("takeover")) {
         devices.reload();
@@ -230,11 +267,15 @@ int main(int argc, char** argv) {
         guide.open(pane == "input" ? settingsPane::inputMonitoring : settingsPane::extensions);
     if (!window.window())
         return 1;
+    about.selectTab(AboutVM::AboutTab(arguments.value("tab").toInt()));
+    about.setShowUninstallConfirm(arguments.isSet("uninstall"));
+    playUpdater(updater, arguments.value("update"));
     if (const QStringList size = arguments.value("size").split('x'); size.size() == 2)
         window.window()->resize(size[0].toInt(), size[1].toInt());
+    window.window()->show();
     combo.edit(arguments.value("edit"));
     if (arguments.isSet("viewer")) {
-        Q_EMIT main.keyViewerRequested();
+        about.openKeyViewer();
         queue.runPending();
         const struct {
             quint32 in;

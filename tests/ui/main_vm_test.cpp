@@ -65,5 +65,20 @@ TEST(MainVM, PlainKeysChooseScreensAndAdd) {
     EXPECT_EQ(requested, 1);
 }
 
+TEST(MainVM, CountsAsHiddenUntilTheWindowIsShownAgain) {
+    NotificationCenter notifications;
+    MainVM main(notifications);
+    int changes = 0;
+    int reopens = 0;
+    QObject::connect(&main, &MainVM::isHiddenChanged, [&] { ++changes; });
+    QObject::connect(&main, &MainVM::reopened, [&] { ++reopens; });
+    for (int i = 0; i < 2; ++i)
+        Q_EMIT notifications.applicationDidHide();
+    EXPECT_TRUE(main.isHidden());
+    Q_EMIT notifications.mainWindowReopen();
+    EXPECT_FALSE(main.isHidden());
+    EXPECT_EQ(std::pair(changes, reopens), std::pair(2, 1));
+}
+
 } // namespace
 } // namespace tamsel

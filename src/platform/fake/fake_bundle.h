@@ -12,6 +12,7 @@ public:
     bool hasDaemon = true;
     QMap<QString, QString> infoStrings;
     QStringList localizations;
+    QStringList languages;
     QMap<QString, QString> resources; ///< paths by "subdirectory/name.type"
 
     std::optional<QString> infoString(const QString& key) const override {
@@ -19,8 +20,10 @@ public:
     }
     std::optional<QString> pathForResource(const QString& name,
                                            const QString& type) const override {
-        return hasDaemon && name == u"tamsel-daemon" && type == u"app" ? std::optional("/d")
-                                                                       : std::nullopt;
+        if (hasDaemon && name == u"tamsel-daemon" && type == u"app")
+            return QStringLiteral("/d");
+        const QString path = name + u'.' + type;
+        return resources.contains(path) ? std::optional(resources[path]) : std::nullopt;
     }
     std::optional<QString> pathForResourceIn(const QString& subdirectory, const QString& name,
                                              const QString& type) const override {
@@ -28,6 +31,7 @@ public:
         return resources.contains(path) ? std::optional(resources[path]) : std::nullopt;
     }
     QStringList preferredLocalizations() const override { return localizations; }
+    QStringList preferredLanguages() const override { return languages; }
 };
 
 } // namespace tamsel

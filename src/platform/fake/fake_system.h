@@ -61,6 +61,9 @@ public:
         values[key] = value;
         return {};
     }
+    Result<void> setString(const QString& value, const QString& key) override {
+        return setData(value.toUtf8(), key);
+    }
     Result<void> setBool(bool value, const QString& key) override {
         return setData(QByteArray::number(int(value)), key);
     }

@@ -102,6 +102,10 @@ QStringList FolderBundle::preferredLocalizations() const {
     return matchingLocalizations(QLocale::system().uiLanguages(), m_localizations);
 }
 
+QStringList FolderBundle::preferredLanguages() const {
+    return QLocale::system().uiLanguages();
+}
+
 QStringList FolderBundle::matchingLocalizations(const QStringList& languages,
                                                 const QStringList& available) {
     QStringList matching;

@@ -20,6 +20,7 @@ public:
     std::optional<QString> pathForResourceIn(const QString& subdirectory, const QString& name,
                                              const QString& type) const override;
     QStringList preferredLocalizations() const override;
+    QStringList preferredLanguages() const override;
 
     /// Those of `available` that somebody with these languages reads, in their order.
     static QStringList matchingLocalizations(const QStringList& languages,

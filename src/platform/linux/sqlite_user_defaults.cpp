@@ -168,8 +168,18 @@ Result<void> SqliteUserDefaults::setData(const QByteArray& value, const QString&
 }
 
 Result<void> SqliteUserDefaults::setBool(bool value, const QString& key) {
-    return put(key,
-               [value](sqlite3_stmt* statement) { sqlite3_bind_int(statement, 2, value ? 1 : 0); });
+    return setInteger(value ? 1 : 0, key);
+}
+
+Result<void> SqliteUserDefaults::setInteger(std::int64_t value, const QString& key) {
+    return put(key, [value](sqlite3_stmt* statement) { sqlite3_bind_int64(statement, 2, value); });
+}
+
+Result<void> SqliteUserDefaults::setString(const QString& value, const QString& key) {
+    return put(key, [utf8 = value.toUtf8()](sqlite3_stmt* statement) {
+        sqlite3_bind_text(statement, 2, utf8.constData(), static_cast<int>(utf8.size()),
+                          SQLITE_STATIC);
+    });
 }
 
 Result<bool> SqliteUserDefaults::contains(const QString& key) {

@@ -28,6 +28,8 @@ public:
     Result<std::optional<QByteArray>> dataForKey(const QString& key) override;
     Result<void> setData(const QByteArray& value, const QString& key) override;
     Result<void> setBool(bool value, const QString& key) override;
+    Result<void> setString(const QString& value, const QString& key) override;
+    Result<void> setInteger(std::int64_t value, const QString& key) override;
     Result<bool> contains(const QString& key) override;
 
 private:

@@ -38,39 +38,46 @@ T.Button {
     Keys.onReturnPressed: button.clicked()
     Keys.onEnterPressed: button.clicked()
 
-    contentItem: Row {
-        spacing: 8
+    contentItem: Item {
+        // An id in here would make the item before it is wanted.
+        implicitWidth: (children[0] as Row).implicitWidth
+        implicitHeight: (children[0] as Row).implicitHeight
 
-        Spinner {
-            anchors.verticalCenter: parent.verticalCenter
-            visible: button.busy
-            color: button.ink
-        }
-        Icon {
-            anchors.verticalCenter: parent.verticalCenter
-            visible: button.symbol && !button.busy
-            symbol: button.symbol
-            size: Theme.iconSmall
-            color: button.ink
-        }
-        Label {
-            anchors.verticalCenter: parent.verticalCenter
-            type: Theme.button
-            text: button.text
-            color: button.ink
-            Accessible.ignored: true
-        }
-        Item { // two more pixels of air before the hint
-            width: 2 - parent.spacing
-            height: 1
-            visible: button.keyHint
-        }
-        KeyHint {
-            anchors.verticalCenter: parent.verticalCenter
-            visible: button.keyHint
-            key: button.keyHint
-            ink: button.ink
-            outline: button.ink
+        Row {
+            anchors.centerIn: parent
+            spacing: 8
+
+            Spinner {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.busy
+                color: button.ink
+            }
+            Icon {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.symbol && !button.busy
+                symbol: button.symbol
+                size: Theme.iconSmall
+                color: button.ink
+            }
+            Label {
+                anchors.verticalCenter: parent.verticalCenter
+                type: Theme.button
+                text: button.text
+                color: button.ink
+                Accessible.ignored: true
+            }
+            Item { // two more pixels of air before the hint
+                width: 2 - parent.spacing
+                height: 1
+                visible: button.keyHint
+            }
+            KeyHint {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.keyHint
+                key: button.keyHint
+                ink: button.ink
+                outline: button.ink
+            }
         }
     }
 

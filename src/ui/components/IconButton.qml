@@ -7,9 +7,23 @@ T.Button {
     id: button
 
     property string symbol
+    property bool filled: false
+    // Work that this button began still runs: it can't be pressed again.
+    property bool busy: false
+
+    readonly property color ink: !enabled ? Theme.textDisabled
+                               : filled ? Theme.textOnAccent
+                               : hovered || visualFocus ? Theme.text : Theme.textMuted
+    readonly property color face: {
+        if (filled)
+            return !enabled ? Theme.graySoft : down ? Theme.accentPressed
+                 : hovered ? Theme.accentHover : Theme.accentFill;
+        return down ? Theme.pressed : hovered ? Theme.hover : Theme.none;
+    }
 
     implicitWidth: Theme.controlHeight
     implicitHeight: Theme.controlHeight
+    enabled: !busy
     hoverEnabled: true
     Accessible.name: text
     Accessible.onPressAction: if (enabled) button.clicked()
@@ -20,17 +34,22 @@ T.Button {
     contentItem: Item {
         Icon {
             anchors.centerIn: parent
+            visible: !button.busy
             symbol: button.symbol
-            color: !button.enabled ? Theme.textDisabled
-                 : button.hovered || button.visualFocus ? Theme.text : Theme.textMuted
+            color: button.ink
+        }
+        Spinner {
+            anchors.centerIn: parent
+            visible: button.busy
+            color: button.ink
         }
     }
 
     background: Rectangle {
         radius: Theme.radiusField
-        color: button.down ? Theme.pressed : button.hovered ? Theme.hover : Theme.none
+        color: button.face
 
-        FocusRing { visible: button.visualFocus; gap: 0 }
+        FocusRing { visible: button.visualFocus; gap: button.filled ? 2 : 0 }
     }
 
     Tooltip {

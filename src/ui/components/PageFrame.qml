@@ -10,7 +10,8 @@ FocusScope {
     default property alias body: bodyArea.data
 
     // The window shows this screen; false while it is hidden.
-    readonly property bool shown: Window.visibility !== Window.Hidden
+    readonly property bool shown: owner ? owner.shown : Window.visibility !== Window.Hidden
+    readonly property MainV owner: Window.window as MainV
     readonly property int contentWidth: header.width
     // What Page Up and Down, Home and End scroll.
     property Flickable scroller: null
@@ -19,6 +20,9 @@ FocusScope {
     signal addRequested()
     // What has the keyboard focus now is inside this screen.
     signal focusMoved(Item item)
+
+    // Gives the keyboard to what the screen begins with, where it has something of the kind.
+    function focusFirst(): void {}
 
     // Scrolls as a key says; false for a key that says nothing of it.
     function scrollBy(key: int): bool {

@@ -17,7 +17,7 @@ Dialog {
 
     Label {
         x: question.edge
-        width: parent.width - 2 * x
+        width: parent.width - x - Theme.cardPadding
         bottomPadding: 22
         text: question.text
         color: Theme.textMuted

@@ -16,7 +16,8 @@ T.TabButton {
     hoverEnabled: true
     checkable: false
     // One Tab stop for the whole list; Up and Down move inside it.
-    focusPolicy: selected ? Qt.StrongFocus : Qt.ClickFocus
+    // What has the keyboard keeps its place in the order of tabs until it has lost it.
+    focusPolicy: selected || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
     Accessible.role: Accessible.PageTab
     Accessible.onPressAction: clicked()
     Accessible.name: text

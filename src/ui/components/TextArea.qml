@@ -10,6 +10,8 @@ FocusScope {
     property string label
     property string text
     property string errorText
+    property string placeholderText
+    property bool readOnly: false
     property int maxLines: 4
 
     readonly property bool error: errorText
@@ -49,6 +51,7 @@ FocusScope {
             wrapMode: TextEdit.Wrap
             textFormat: TextEdit.PlainText
             text: area.text
+            readOnly: area.readOnly
             Accessible.name: area.label
             Accessible.description: area.errorText
             KeyNavigation.priority: KeyNavigation.BeforeItem
@@ -56,6 +59,14 @@ FocusScope {
             Keys.onBacktabPressed: nextItemInFocusChain(false)
                                        .forceActiveFocus(Qt.BacktabFocusReason)
             onTextChanged: if (text !== area.text) area.edited(text)
+
+            Label {
+                width: parent.width
+                visible: !edit.length && !edit.preeditText
+                text: area.placeholderText
+                color: Theme.textMuted
+                Accessible.ignored: true
+            }
         }
     }
 }

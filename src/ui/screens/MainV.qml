@@ -5,18 +5,22 @@ import Tamsel
 Window {
     id: root
 
+    // On the screen, as far as anybody can tell; everything in it rests meanwhile.
+    readonly property bool shown: visible && visibility !== Window.Minimized && !main.isHidden
+
     required property MainVM main
     required property MappingVM mapping
     required property ComboVM combo
     required property DashboardVM dashboard
+    required property AboutVM about
     required property DeviceMgrVM devices
+    required property FeedbackVM feedback
     required property SettingsGuideVM guide
     required property PermissionMgr permission
     required property KeyRecorderVM keyRecorder
     required property KeyRecorderVM comboRecorder
     required property KeyViewerVM keyViewer
     required property KeyboardShortcutHandler screenKeys
-    required property KeyboardShortcutHandler aboutKeys
 
     function switchSide(): void {
         if (!sidebar.activeFocus) {
@@ -24,6 +28,8 @@ Window {
             return;
         }
         const page = pages.item as Item;
+        if (!page)
+            return;
         page.forceActiveFocus(Qt.TabFocusReason);
         // Nothing on it had the focus before: its first control.
         if (activeFocusItem === page)
@@ -48,7 +54,7 @@ Window {
             pages.setSource("devices/DevicesV.qml", { devices: root.devices });
             break;
         default:
-            pages.setSource("about/AboutV.qml", { main: root.main, keys: root.aboutKeys });
+            pages.setSource("about/AboutV.qml", { about: root.about, feedback: root.feedback });
             break;
         }
     }
@@ -59,19 +65,29 @@ Window {
     minimumWidth: 820
     minimumHeight: 620
     color: Theme.windowBg
-    Component.onCompleted: {
-        showPage();
-        const dash = pages.item as DashV;
-        if (dash)
-            dash.focusFirst();
-    }
-    onVisibleChanged: {
-        if (visible) {
-            screenKeys.install();
-        } else {
-            screenKeys.remove();
-            keyViewer.close();
+    // The window stands at once; its screen comes with the next frame.
+    Connections {
+        id: firstFrame
+        target: root
+        function onFrameSwapped(): void {
+            firstFrame.enabled = false;
+            firstPage.start();
         }
+    }
+    Timer {
+        id: firstPage
+        interval: 0
+        onTriggered: {
+            if (!pages.item)
+                root.showPage();
+            (pages.item as PageFrame).focusFirst();
+        }
+    }
+    onShownChanged: {
+        if (shown)
+            screenKeys.install();
+        else
+            screenKeys.remove();
     }
 
     Binding {
@@ -80,6 +96,10 @@ Window {
         value: root.width < Theme.compactBelow
     }
 
+    Shortcut {
+        sequences: ["Ctrl+W", "Meta+W"]
+        onActivated: root.close()
+    }
     Shortcut {
         sequence: "F6"
         onActivated: root.switchSide()
@@ -102,8 +122,29 @@ Window {
             if (!inSidebar)
                 (pages.item as Item).forceActiveFocus(Qt.OtherFocusReason);
         }
-        function onAddRequested(): void { (pages.item as PageFrame).addRequested(); }
+        function onIsHiddenChanged(): void {
+            if (root.main.isHidden)
+                keyViewer.close();
+        }
+        function onReopened(): void { refocus.restart(); }
+        function onAddRequested(): void { (pages.item as PageFrame)?.addRequested(); }
+    }
+    Connections {
+        target: root.about
         function onKeyViewerRequested(): void { keyViewer.open(); }
+    }
+
+    // Gives the keyboard back to what had it, once the window is there.
+    Timer {
+        id: refocus
+        interval: 0
+        onTriggered: {
+            const last = root.activeFocusItem;
+            if (last && last !== root.contentItem)
+                last.forceActiveFocus(Qt.ActiveWindowFocusReason);
+            else
+                sidebar.focusSelected(Qt.ActiveWindowFocusReason);
+        }
     }
 
     Sidebar {
@@ -127,7 +168,7 @@ Window {
         function open(): void {
             if (!item)
                 setSource("keyviewer/KeyViewerPopup.qml", { viewer: root.keyViewer });
-            (item as KeyViewerPopup).requestActivate();
+            (item as Window).requestActivate();
         }
         function close(): void {
             source = "";

@@ -59,17 +59,9 @@ QtObject {
     readonly property color none: "transparent"
 
     // Scripts that these families lack come from the system's own fallback.
-    readonly property var families: Qt.fontFamilies()
-    readonly property string sansFamily: families.includes("Inter") ? "Inter" : "sans-serif"
-    readonly property string monoFamily: families.includes("JetBrains Mono") ? "JetBrains Mono"
-                                                                             : "monospace"
-
     function font(style: TextStyle): font {
-        return Qt.font({
-            family: style.mono ? monoFamily : sansFamily,
-            pixelSize: style.size,
-            weight: style.weight
-        });
+        return style.mono ? Fonts.mono(style.size, style.weight)
+                          : Fonts.sans(style.size, style.weight);
     }
 
     readonly property TextStyle title: TextStyle { size: 20; lineHeight: 26; weight: Font.DemiBold }
@@ -141,6 +133,7 @@ QtObject {
     readonly property int pillHeight: 20
     readonly property int capHeight: 26
     readonly property int capLargeHeight: 34
+    readonly property int tabBarHeight: 40
     readonly property int conflictMark: 26
     readonly property int comboCapsWidth: 192
     readonly property int viewerRowHeight: 30
@@ -157,6 +150,8 @@ QtObject {
     readonly property size switchSize: Qt.size(40, 22)
     readonly property size masterSwitchSize: Qt.size(52, 28)
     readonly property int settingsRowHeight: 48
+    readonly property int ticketListWidth: 252
+    readonly property int ticketRowHeight: 60
     readonly property int deviceRowHeight: 64
     readonly property int cardTile: 36
     readonly property int questionWidth: 420

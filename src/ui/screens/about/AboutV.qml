@@ -1,42 +1,97 @@
 import QtQuick
 import Tamsel
 
-// The way to the key viewer, until the product's own lines join it.
-Page {
+// The product, its updates, and four tabs: the change log, the log, feedback, and what is seldom
+// wanted.
+PageFrame {
     id: page
 
-    required property MainVM main
-    required property KeyboardShortcutHandler keys
+    required property AboutVM about
+    required property FeedbackVM feedback
 
-    title: qsTr("About")
+    function showTab(): void {
+        const sources = ["ChangelogTab.qml", "LogsTab.qml", "../feedback/FeedbackV.qml",
+                         "AdvancedTab.qml"];
+        const properties = about.selectedTab === AboutVM.Feedback ? { feedback: feedback }
+                                                                  : { about: about };
+        tab.setSource(sources[about.selectedTab], properties);
+    }
+
+    function showDialog(): void {
+        if (about.showUninstallConfirm)
+            dialog.setSource("UninstallDialog.qml", { about: about });
+        else
+            dialog.close();
+    }
+
     onShownChanged: {
         if (shown)
-            keys.install();
+            about.appear();
         else
-            keys.remove();
+            about.disappear();
     }
-    Component.onCompleted: keys.install()
-    Component.onDestruction: keys.remove()
+    Component.onCompleted: {
+        if (shown)
+            about.appear();
+        showTab();
+        showDialog();
+    }
+    Component.onDestruction: {
+        about.disappear();
+        about.showUninstallConfirm = false;
+    }
 
-    Card {
-        width: parent.width
-        height: 64
+    Connections {
+        target: page.about
+        function onSelectedTabChanged(): void { page.showTab(); }
+        function onShowUninstallConfirmChanged(): void { page.showDialog(); }
+    }
 
-        Label {
-            x: Theme.cardPadding
-            width: opener.x - 2 * x
-            anchors.verticalCenter: parent.verticalCenter
-            text: qsTr("See each key as the daemon gets it and what becomes of it.")
-            color: Theme.textMuted
+    Item {
+        x: Math.round((parent.width - width) / 2)
+        y: 24
+        width: page.contentWidth
+        height: parent.height - 2 * y
+
+        AboutHead {
+            id: head
+            width: parent.width
+            about: page.about
         }
-        Button {
-            id: opener
-            anchors { right: parent.right; rightMargin: Theme.cardPadding }
-            anchors.verticalCenter: parent.verticalCenter
-            text: qsTr("Key Viewer")
-            symbol: "keyboard"
-            keyHint: "K"
-            onClicked: page.main.keyViewerRequested()
+        UpdateRow {
+            id: update
+            anchors { top: head.bottom; topMargin: 19 }
+            width: parent.width
+            about: page.about
+        }
+        TabBar {
+            id: tabs
+            anchors { top: update.bottom; topMargin: 11 }
+            width: parent.width
+            tabs: [
+                { text: qsTr("What's New"), key: "W" },
+                { text: qsTr("Logs"), key: "L" },
+                { text: qsTr("Feedback"), key: "F" },
+                { text: qsTr("Advanced"), key: "D" }
+            ]
+            current: page.about.selectedTab
+            onChosen: value => page.about.selectedTab = value
+        }
+        Loader {
+            id: tab
+            anchors { top: tabs.bottom; topMargin: Theme.cardPadding; bottom: parent.bottom }
+            width: parent.width
+        }
+    }
+
+    Loader {
+        id: dialog
+
+        function close(): void {
+            const opener = item ? (item as Dialog).opener : null;
+            source = "";
+            if (opener)
+                opener.forceActiveFocus(Qt.PopupFocusReason);
         }
     }
 }

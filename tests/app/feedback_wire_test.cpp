@@ -1,0 +1,243 @@
+#include "../support/logic_fixture.h"
+
+#include "feedback/feedback_vm.h"
+#include "platform/fake/fake_bundle.h"
+#include "platform/linux/https_client.h"
+#include "platform/linux/qt_main_queue.h"
+#include "platform/linux/secure_requests.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+
+namespace tamsel {
+
+namespace {
+
+/// Shortens every deadline, for tests of what never ends.
+class Hasty final : public HttpClient {
+public:
+    explicit Hasty(HttpClient& behind) : m_behind(behind) {}
+    std::chrono::milliseconds deadline{20'000};
+
+    TaskHandle send(const HttpRequest& request, Handler done) override {
+        HttpRequest hasty = request;
+        hasty.deadline = deadline;
+        return m_behind.send(hasty, std::move(done));
+    }
+
+private:
+    HttpClient& m_behind;
+};
+
+/// The stand-in service with an authority of its own, once for all tests.
+class Service {
+public:
+    Service() {
+        run({"serve", "--faults"}, m_process);
+        m_process.waitForReadyRead(20'000);
+        origin = QJsonDocument::fromJson(m_process.readLine())["origin"].toString();
+    }
+    ~Service() {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+    QString origin;
+    QString authority() const { return m_folder.filePath("ca.pem"); }
+    /// Answers a ticket as the support side.
+    void reply(const QString& uuid, const QString& text) {
+        QProcess process;
+        run({"reply", uuid, text}, process);
+        ASSERT_TRUE(process.waitForFinished());
+        ASSERT_EQ(process.exitCode(), 0);
+    }
+    QList<QJsonObject> requests() const {
+        QFile file(m_folder.filePath("requests"));
+        QList<QJsonObject> requests;
+        if (file.open(QFile::ReadOnly))
+            for (const QByteArray& line : file.readAll().trimmed().split('\n'))
+                requests << QJsonDocument::fromJson(line).object();
+        return requests;
+    }
+
+private:
+    void run(const QStringList& arguments, QProcess& process) {
+        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process.start("/usr/bin/python3",
+                      QStringList{"-B", TAMSEL_TICKET_SERVICE, m_folder.path()} + arguments);
+    }
+    QTemporaryDir m_folder;
+    QProcess m_process;
+};
+
+} // namespace
+
+struct FeedbackWireTest : LogicFixture {
+    static Service& service() {
+        static Service shared;
+        return shared;
+    }
+    QtMainQueue realQueue;
+    FakeBundle bundle = bundleWith(service().authority());
+    SecureRequests requests{bundle};
+    HttpsClient client{requests, realQueue};
+    Hasty http{client};
+    TicketAPI api{TicketOrigin(service().origin), http, defaults, realQueue, logger};
+    std::unique_ptr<FeedbackVM> vm = std::make_unique<FeedbackVM>(api, clock, logger, TimeStyle{});
+
+    static FakeBundle bundleWith(const QString& authority) {
+        FakeBundle bundle;
+        bundle.resources["ca.pem"] = authority;
+        return bundle;
+    }
+    static void wait(const std::function<bool()>& condition) {
+        QElapsedTimer timer;
+        timer.start();
+        while (!condition() && timer.elapsed() < 30'000)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+        EXPECT_TRUE(condition());
+    }
+    /// What opening the ticket ends with.
+    QString open(const QString& uuid) {
+        QString outcome;
+        const TaskHandle handle = api.fetchTicketDetail(
+            uuid, [&](const TicketAPI::Outcome<TicketDetailResponse>& response) {
+                outcome += response ? "ok" : printedForm(response.error());
+            });
+        EXPECT_EQ(outcome, "");
+        wait([&] { return !outcome.isEmpty(); });
+        return outcome;
+    }
+};
+
+TEST_F(FeedbackWireTest, FilesFollowsAndAnswers) {
+    vm->setTitle("Wheel “twice”");
+    const QString content = "One\ntwo \U0001F600" + QString(300'000, 'x');
+    vm->setContent(content);
+    vm->submit();
+    wait([&] { return !vm->isSubmitting(); });
+    ASSERT_TRUE(vm->showSuccess()) << vm->errorMsg().toStdString();
+    ASSERT_EQ(vm->tickets().size(), 1U);
+    const QString uuid = vm->tickets()[0].uuid;
+    EXPECT_EQ(vm->ticketUuid(), uuid);
+    EXPECT_EQ(vm->tickets()[0].status, "pending");
+    service().reply(uuid, "Which wheel?");
+    vm->loadDetail(uuid);
+    wait([&] { return !vm->isLoadingDetail(); });
+    EXPECT_TRUE(vm->ticketDetail()->content == content);
+    EXPECT_EQ(vm->page().status, "replied");
+    vm->setNewComment(" The left one ");
+    vm->addComment(uuid);
+    wait([&] { return !vm->isAddingComment(); });
+    ASSERT_EQ(vm->comments().size(), 2);
+    EXPECT_TRUE(vm->comments()[0].isSupport);
+    EXPECT_EQ(vm->comments()[1].text, "The left one");
+    EXPECT_FALSE(vm->comments()[1].isSupport);
+    vm->loadTickets();
+    vm->loadTickets();
+    wait([&] { return !vm->isLoading(); });
+    EXPECT_EQ(vm->tickets().size(), 1U);
+
+    // On the wire there was what the user wrote, the application's name, and the identifier.
+    const QStringList allowed{"host",   "connection", "content-type",    "content-length",
+                              "accept", "user-agent", "accept-encoding", "accept-language"};
+    const QMap<QString, QString> fixed{{"accept", "application/json"},
+                                       {"user-agent", "Tamsel"},
+                                       {"accept-language", "*"},
+                                       {"accept-encoding", "identity"},
+                                       {"connection", "close"}};
+    EXPECT_GE(service().requests().size(), 6);
+    for (const QJsonObject& request : service().requests()) {
+        for (const auto& header : request["headers"].toArray()) {
+            const QString name = header[0].toString().toLower();
+            EXPECT_TRUE(allowed.contains(name)) << name.toStdString();
+            EXPECT_EQ(header[1].toString(), fixed.value(name, header[1].toString()));
+        }
+    }
+}
+
+TEST_F(FeedbackWireTest, FailuresOfEveryKind) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"299", "ok"},
+        {"c00", "ok"},
+        {"302a", "ok"},
+        {"300", "requestFailed(300, none)"},
+        {"404", "requestFailed(404, ticket_not_found)"},
+        {"401e", "requestFailed(401, E_BROKEN)"},
+        {"500", "requestFailed(500, none)"},
+        {"500e", "requestFailed(500, E_BROKEN)"},
+        {"500f", "requestFailed(500, none)"},
+        {"feed", "decodingFailed(ticket: the key is missing)"},
+        {"bad", "decodingFailed(not valid JSON at byte 2)"},
+        {"b1", "the answer is too long"},
+        {"b2", "the answer is too long"},
+        {"dead", "Connection closed"},
+        {"ba5e", "Connection closed"},
+        {"199", "requestFailed(199, none)"},
+        {"302b", "the redirect is not followed"},
+        {"302c", "the redirect is not followed"},
+    };
+    for (const auto& [uuid, expected] : cases)
+        EXPECT_EQ(open(uuid), expected) << uuid;
+    for (const QJsonObject& request : service().requests()) {
+        for (const auto& header : request["headers"].toArray())
+            EXPECT_NE(header[0].toString().toLower(), "cookie");
+    }
+    const auto asked = [](const QString& path) {
+        const auto all = service().requests();
+        return std::count_if(all.begin(), all.end(),
+                             [&](const auto& each) { return each["path"] == path; });
+    };
+    EXPECT_EQ(asked("/ticket/302c"), 6);
+    // What is posted is not posted again when no answer comes.
+    vm->setNewComment("once");
+    vm->addComment("ba5e");
+    wait([&] { return !vm->isAddingComment(); });
+    EXPECT_EQ(vm->errorMsg(), "Add Failed");
+    EXPECT_EQ(asked("/ticket/ba5e/comment"), 1);
+    http.deadline = std::chrono::milliseconds(400);
+    EXPECT_EQ(open("d1"), "the time is up");
+    EXPECT_EQ(open("deaf"), "the time is up");
+    EXPECT_EQ(open("299"), "ok");
+}
+
+TEST_F(FeedbackWireTest, OnlyAKnownServiceIsSpokenTo) {
+    Service stranger;
+    const auto before = stranger.requests().size();
+    TicketAPI other(TicketOrigin(stranger.origin), http, defaults, realQueue, logger);
+    QString outcome;
+    TaskHandle handle = other.fetchTickets([&](const TicketAPI::Outcome<TicketAPI::Tickets>& list) {
+        outcome = printedForm(list.error());
+    });
+    wait([&] { return !outcome.isEmpty(); });
+    EXPECT_EQ(outcome, "The server's certificate can't be trusted.");
+    EXPECT_EQ(stranger.requests().size(), before);
+    outcome.clear();
+    handle = client.send({"GET", QUrl("http://127.0.0.1:9/"), {}, {}},
+                         [&](const Result<HttpReply>& reply) {
+                             outcome = QString::fromStdString(reply.error().what);
+                         });
+    wait([&] { return !outcome.isEmpty(); });
+    EXPECT_EQ(outcome, "only https is spoken");
+}
+
+TEST_F(FeedbackWireTest, ARequestUnderWayEndsWithItsModel) {
+    for (const bool hasBegun : {false, true}) {
+        vm = std::make_unique<FeedbackVM>(api, clock, logger, TimeStyle{});
+        const auto before = service().requests().size();
+        vm->loadDetail("d1");
+        if (hasBegun)
+            wait([&] { return service().requests().size() > before; });
+        takeLog();
+        vm.reset();
+        EXPECT_EQ(open("299"), "ok");
+        EXPECT_EQ(takeLog().size(), 1);
+    }
+}
+
+} // namespace tamsel
