@@ -19,8 +19,13 @@ ServiceStatus EmbeddedService::status() {
 }
 
 bool EmbeddedService::isRunning() {
-    if (m_process && m_process->isRunning())
+    // The own child runs until its end is reported: by then it is known what to make of that.
+    if (m_process && (m_process->pid() == m_child || m_process->isRunning()))
         return true;
+    return findsRunning();
+}
+
+bool EmbeddedService::findsRunning() {
     const auto found = m_program.findRunning();
     m_process = found ? WatchedProcess::open(*found, [this] { processEnded(); }) : nullptr;
     return m_process != nullptr;

@@ -26,7 +26,7 @@ public:
     };
 
     /// A program that ends by itself within this time has failed to start.
-    static constexpr std::chrono::milliseconds settleTime{2000};
+    static constexpr std::chrono::milliseconds settleTime{10'000};
     /// From asking it to end to killing it.
     static constexpr std::chrono::milliseconds graceTime{1000};
 
@@ -43,6 +43,7 @@ public:
 
 private:
     bool isRunning();
+    bool findsRunning();
     ServiceResult start();
     void childEnded(pid_t pid, int exitStatus);
     void processEnded();
