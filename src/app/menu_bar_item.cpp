@@ -27,11 +27,6 @@ QImage redIcon(const QImage& icon) {
     return red;
 }
 
-bool isPending(UpdateStatus::Kind kind) {
-    return kind == UpdateStatus::updateAvailable || kind == UpdateStatus::downloading ||
-           kind == UpdateStatus::readyToInstall;
-}
-
 } // namespace
 
 MenuBarItem::MenuBarItem(StatusBar& statusBar, UserDefaults& defaults, MainQueue& queue,
@@ -86,11 +81,26 @@ void MenuBarItem::subscribeToUpdates() {
     updateStatusIcon(m_updateMgr.checkStatus());
 }
 
+QString MenuBarItem::pendingText(const UpdateStatus& status) {
+    switch (status.kind) {
+    case UpdateStatus::updateAvailable:
+        return tr("Version %1 is available").arg(status.version);
+    case UpdateStatus::downloading:
+        return tr("Downloading an update");
+    case UpdateStatus::readyToInstall:
+        return tr("An update is ready to install");
+    default:
+        return {};
+    }
+}
+
 void MenuBarItem::updateStatusIcon(const UpdateStatus& status) {
     if (!m_statusItem)
         return;
+    const QString pending = pendingText(status);
+    m_statusItem->setToolTip(pending);
     const QImage icon = m_statusBar.imageNamed(iconName);
-    if (!isPending(status.kind))
+    if (pending.isEmpty())
         m_statusItem->setImage(icon, ImageKind::templateImage);
     else if (!icon.isNull())
         m_statusItem->setImage(redIcon(icon), ImageKind::coloured);

@@ -37,6 +37,8 @@ private:
     void removeStatusItem();
     void subscribeToUpdates();
     void updateStatusIcon(const UpdateStatus& status);
+    /// What waits, in words; empty while nothing does.
+    static QString pendingText(const UpdateStatus& status);
 
     StatusBar& m_statusBar;
     UserDefaults& m_defaults;

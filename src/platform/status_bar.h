@@ -20,6 +20,8 @@ class StatusItem : public QObject {
 public:
     /// A null image leaves the item without one.
     virtual void setImage(const QImage& image, ImageKind kind) = 0;
+    /// What the item says beyond the application's name, plain text; empty when it is nothing.
+    virtual void setToolTip(const QString& text) = 0;
 
 signals:
     /// The user has pressed it. It may be destroyed by who hears that.

@@ -68,40 +68,44 @@ TEST_F(AppDelegateTest, TheIconIsRedWhileAnUpdateWaits) {
     const struct {
         UpdateStatus::Kind kind;
         std::function<void()> arrange;
-        bool isRed;
+        const char* toolTip; ///< not empty: in red
     } cases[] = {
-        {UpdateStatus::checking, [&] { quorel.check(true); }, false},
+        {UpdateStatus::checking, [&] { quorel.check(true); }, ""},
         {UpdateStatus::updateAvailable,
          [&] {
              updater.driver->showUpdateFound({"2", "200"}, [](auto) {});
          },
-         true},
-        {UpdateStatus::downloading, [&] { updater.driver->showDownloadInitiated(); }, true},
+         "Version 2 is available"},
+        {UpdateStatus::downloading, [&] { updater.driver->showDownloadInitiated(); },
+         "Downloading an update"},
         {UpdateStatus::readyToInstall,
-         [&] { updater.driver->showReadyToInstallAndRelaunch([](auto) {}); }, true},
+         [&] { updater.driver->showReadyToInstallAndRelaunch([](auto) {}); },
+         "An update is ready to install"},
         {UpdateStatus::error,
          [&] {
              updater.driver->showUpdaterError({"D", 1, "e"}, [] {});
          },
-         false},
+         ""},
         {UpdateStatus::upToDate,
          [&] {
              quorel.check(true);
              updater.delegate->didNotFindUpdate();
          },
-         false},
+         ""},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.kind);
         c.arrange();
         ASSERT_EQ(updateMgr.checkStatus().kind, c.kind);
-        EXPECT_EQ(statusBar.isRed(), c.isRed);
-        if (c.isRed) {
-            // An icon made anew takes the colour over.
+        EXPECT_EQ(statusBar.toolTip, c.toolTip);
+        EXPECT_EQ(statusBar.isRed(), *c.toolTip != '\0');
+        if (statusBar.isRed()) {
+            // An icon made anew takes both over.
             statusBar.shownKind = ImageKind::templateImage;
             delegate.applicationShouldTerminate();
             queue.advance(Milliseconds(600));
             EXPECT_TRUE(statusBar.isRed());
+            EXPECT_EQ(statusBar.toolTip, c.toolTip);
         }
     }
     // Without the picture there is no red one.

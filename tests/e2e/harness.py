@@ -23,7 +23,8 @@ APP_INTERFACE = "app.tamsel.TamselAppCallbackProtocol"
 KEYBOARD = {"vendorID": 1133, "productID": 50475, "product": "Keyboard", "manufacturer": "Maker",
             "transport": "usb", "isSeized": False, "isAllowed": True, "isMouse": False}
 # Sanitized programs are several times slower.
-PATIENCE = 4.0 if os.environ.get("TAMSEL_SANITIZED") == "1" else 1.0
+SANITIZED = os.environ.get("TAMSEL_SANITIZED") == "1"
+PATIENCE = 4.0 if SANITIZED else 1.0
 
 
 def wait_until(condition, what, timeout=10.0):

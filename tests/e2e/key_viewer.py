@@ -28,6 +28,12 @@ def machine_ticks():
     return ticks[3] + ticks[4], sum(ticks)
 
 
+def processor_time(process):
+    """The processors' time that its main thread has had, in seconds."""
+    with open(f"/proc/{process.pid}/task/{process.pid}/schedstat", encoding="ascii") as stat:
+        return int(stat.read().split()[0]) / 1e9
+
+
 class KeyViewer(unittest.TestCase):
     def setUp(self):
         self.sandbox = Sandbox()
@@ -113,6 +119,7 @@ class KeyViewer(unittest.TestCase):
         delays = []
         settled = 0
         idle, total = machine_ticks()
+        used = processor_time(self.app)
         start = time.monotonic()
         for number in range(10_000):
             usage = 4 + number % 26
@@ -124,6 +131,7 @@ class KeyViewer(unittest.TestCase):
                 settled = memory(self.app)
             time.sleep(max(0.0, start + (number + 1) / 1000 - time.monotonic()))
         grown = memory(self.app) - settled
+        used = (processor_time(self.app) - used) / (time.monotonic() - start)
         idle, total = (after - before for after, before in zip(machine_ticks(), (idle, total)))
         expected = [f"{'down' if n % 2 == 0 else 'up'}, {chr(ord('a') + n % 26)}, Other, "
                     f"passthrough, {chr(ord('a') + n % 26)}" for n in range(9970, 10_000)]
@@ -132,13 +140,14 @@ class KeyViewer(unittest.TestCase):
         # Others may take the processors for seconds at a time; the calmest three seconds are ours.
         medians = sorted(statistics.median(delays[n:n + 10]) for n in range(0, 100, 10))
         delays.sort()
-        print(f"median delay {delays[50] * 1000:.1f} ms, 95 % {delays[95] * 1000:.1f} ms, calmest "
+        print(f"main thread busy {used:.0%}, median delay {delays[50] * 1000:.1f} ms, 95 % {delays[95] * 1000:.1f} ms, calmest "
               f"seconds {medians[0] * 1000:.1f} to {medians[2] * 1000:.1f} ms, "
               f"machine idle {idle / total:.0%}, memory grown by {grown} kB", flush=True)
-        if harness.PATIENCE == 1.0:  # a sanitizer keeps what is freed for a while
-            self.assertLess(grown, 4000)
+        if harness.SANITIZED:  # keeps what is freed for a while, and can't keep up everywhere
+            return
+        self.assertLess(grown, 4000)
         if idle / total > 0.2:  # else other programs have had the processors
-            self.assertLess(medians[2], 0.016 * harness.PATIENCE)
+            self.assertLess(medians[2], 0.016)
 
 
 if __name__ == "__main__":

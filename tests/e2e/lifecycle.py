@@ -232,6 +232,7 @@ class Lifecycle(unittest.TestCase):
                             for width, height, data in pixmaps))
         self.assertIn(22, [width for width, _, _ in pixmaps])
         self.assertEqual(panel.property("ItemIsMenu"), False)
+        self.assertEqual(panel.property("ToolTip"), ("", [], "Tamsel", ""))
 
         # Closed: hidden, alive, resting.
         self.shown()
@@ -286,10 +287,17 @@ class Lifecycle(unittest.TestCase):
         wait_until(lambda: "Iconic" in state(), "the window to be minimised")
         # A tray that comes later is taken.
         tray = self.helper("trayer", "--height", "24")
-        icon = wait_until(lambda: x11_windows("^Tamsel tray icon$"), "the icon")[0]
         wait_until(lambda: "Iconic" not in state(), "the window to go")
-        subprocess.run(["xdotool", "mousemove", "--window", icon, "8", "8", "click", "1"],
-                       check=True)
+
+        def point_at_icon(*then):
+            # It is made anew soon after the window has gone.
+            icon = wait_until(lambda: x11_windows("^Tamsel tray icon$"), "the icon")[0]
+            return subprocess.run(["xdotool", "mousemove", "--window", icon, "8", "8", *then],
+                                  stderr=subprocess.DEVNULL, check=False).returncode == 0
+        wait_until(lambda: point_at_icon() and x11_windows("^Tamsel tool tip$"), "its words")
+        subprocess.run(["xdotool", "mousemove", "600", "400"], check=True)
+        wait_until(lambda: not x11_windows("^Tamsel tool tip$"), "the end of the words")
+        self.assertTrue(point_at_icon("click", "1"))
         wait_until(lambda: "Normal" in state(), "the window")
         type_keys("alt+F4")  # as its close button
         self.hidden()
@@ -323,6 +331,17 @@ class Lifecycle(unittest.TestCase):
             return app.poll() is not None
         wait_until(ends, "its end")
         self.assertEqual(app.returncode, 0)
+        self.assertEqual(log_lines(app)[-1], ENDED)
+
+    def test_the_end_of_the_session_ends_it(self):
+        manager = subprocess.Popen([os.path.join(harness.BUILD, "tests", "session_manager")],
+                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.addCleanup(manager.communicate)
+        _, app = self.start_configured(SESSION_MANAGER=manager.stdout.readline().strip())
+        Window(app)
+        manager.stdin.write("end\n")
+        manager.stdin.flush()
+        self.assertEqual(app.wait(10 * harness.PATIENCE), 0)
         self.assertEqual(log_lines(app)[-1], ENDED)
 
 

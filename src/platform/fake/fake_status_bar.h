@@ -24,6 +24,7 @@ public:
     int made = 0;
     QImage shownImage;
     ImageKind shownKind = ImageKind::templateImage;
+    QString toolTip;
 
     std::unique_ptr<StatusItem> makeItem() override { return std::make_unique<Item>(*this); }
     QImage imageNamed(const QString& name) const override { return images.value(name); }
@@ -39,6 +40,7 @@ private:
     public:
         explicit Item(FakeStatusBar& bar) : m_bar(bar) {
             ++m_bar.made;
+            m_bar.toolTip.clear();
             m_bar.item = this;
         }
         ~Item() override {
@@ -49,6 +51,7 @@ private:
             m_bar.shownImage = image;
             m_bar.shownKind = kind;
         }
+        void setToolTip(const QString& text) override { m_bar.toolTip = text; }
 
     private:
         FakeStatusBar& m_bar;

@@ -7,6 +7,8 @@
 #include <QDBusMetaType>
 #include <QtEndian>
 
+#include <utility>
+
 namespace tamsel {
 
 namespace {
@@ -91,6 +93,11 @@ void StatusNotifierItem::setImage(const QImage& image) {
     Q_EMIT imageChanged();
 }
 
+void StatusNotifierItem::setToolTip(const QString& text) {
+    if (std::exchange(m_toolTip, text) != text)
+        Q_EMIT toolTipChanged();
+}
+
 void StatusNotifierItem::announce() {
     QDBusMessage call = QDBusMessage::createMethodCall(
         statusNotifierWatcher::service, statusNotifierWatcher::path, statusNotifierWatcher::service,
@@ -102,6 +109,7 @@ void StatusNotifierItem::announce() {
 StatusNotifierAdaptor::StatusNotifierAdaptor(StatusNotifierItem& item)
     : QDBusAbstractAdaptor(&item), m_item(item) {
     connect(&item, &StatusNotifierItem::imageChanged, this, &StatusNotifierAdaptor::NewIcon);
+    connect(&item, &StatusNotifierItem::toolTipChanged, this, &StatusNotifierAdaptor::NewToolTip);
 }
 
 QString StatusNotifierAdaptor::iconName() const {

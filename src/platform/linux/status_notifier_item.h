@@ -40,20 +40,25 @@ public:
 
     /// A null image leaves the application's own icon.
     void setImage(const QImage& image);
+    /// Plain text, under the application's name.
+    void setToolTip(const QString& text);
     /// Tells the watcher of the item, as often as a watcher has come.
     void announce();
 
     const NotifierPixmaps& pixmaps() const { return m_pixmaps; }
+    const QString& toolTip() const { return m_toolTip; }
 
 signals:
     void activated();
     void imageChanged();
+    void toolTipChanged();
 
 private:
     QString m_connectionName;
     QDBusConnection m_bus;
     QString m_service;
     NotifierPixmaps m_pixmaps;
+    QString m_toolTip;
 };
 
 /// The item as the panel sees it.
@@ -81,7 +86,10 @@ public:
     int windowId() const { return 0; }
     QString iconName() const;
     const NotifierPixmaps& iconPixmap() const { return m_item.pixmaps(); }
-    NotifierToolTip toolTip() const { return {iconName(), {}, title(), {}}; }
+    /// Its text may hold a little markup, by the protocol.
+    NotifierToolTip toolTip() const {
+        return {iconName(), {}, title(), m_item.toolTip().toHtmlEscaped()};
+    }
     bool itemIsMenu() const { return false; }
     /// What panels take for "there is none".
     QDBusObjectPath menu() const { return QDBusObjectPath(QStringLiteral("/NO_DBUSMENU")); }
@@ -96,6 +104,7 @@ public slots:
 
 signals:
     void NewIcon();
+    void NewToolTip();
 
 private:
     StatusNotifierItem& m_item;

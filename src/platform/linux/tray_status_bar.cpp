@@ -54,6 +54,10 @@ public:
         m_image = kind == ImageKind::templateImage ? tinted(image) : image;
         draw();
     }
+    void setToolTip(const QString& text) override {
+        m_toolTip = text;
+        draw();
+    }
 
 private:
     /// Takes the place where items are shown now.
@@ -73,15 +77,18 @@ private:
         }
     }
     void draw() {
-        if (m_notifier)
+        if (m_notifier) {
             m_notifier->setImage(m_image);
-        else
-            m_bar.m_xembed.show(m_image);
+            m_notifier->setToolTip(m_toolTip);
+        } else {
+            m_bar.m_xembed.show(m_image, m_toolTip);
+        }
     }
 
     TrayStatusBar& m_bar;
     std::unique_ptr<StatusNotifierItem> m_notifier;
     QImage m_image;
+    QString m_toolTip;
 };
 
 TrayStatusBar::TrayStatusBar(const Bundle& bundle)

@@ -1,5 +1,7 @@
 #include "platform/linux/xembed_tray.h"
 
+#include "platform/linux/tray_tool_tip.h"
+
 #include <QByteArray>
 #include <QGuiApplication>
 #include <QPainter>
@@ -24,6 +26,7 @@ constexpr quint32 xembedMapped = 1;
 constexpr quint32 hintMinSize = 1U << 4U; // PMinSize of WM_NORMAL_HINTS
 constexpr quint8 alphaDepth = 32;
 constexpr quint16 smallestIcon = 22;
+constexpr std::chrono::milliseconds hoverTime{500};
 
 /// The event as what its type says it is.
 template <class T>
@@ -59,7 +62,9 @@ struct XembedTray::Atoms {
           manager(get(connection, "MANAGER")),
           opcode(get(connection, "_NET_SYSTEM_TRAY_OPCODE")),
           visual(get(connection, "_NET_SYSTEM_TRAY_VISUAL")),
-          xembedInfo(get(connection, "_XEMBED_INFO")) {}
+          xembedInfo(get(connection, "_XEMBED_INFO")),
+          name(get(connection, "_NET_WM_NAME")),
+          utf8(get(connection, "UTF8_STRING")) {}
 
     static xcb_atom_t get(xcb_connection_t* connection, const QByteArray& name) {
         const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
@@ -74,6 +79,8 @@ struct XembedTray::Atoms {
     xcb_atom_t opcode;
     xcb_atom_t visual;
     xcb_atom_t xembedInfo;
+    xcb_atom_t name;
+    xcb_atom_t utf8;
 };
 
 XembedTray::XembedTray() {
@@ -92,6 +99,13 @@ XembedTray::XembedTray() {
     m_notifier = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_connection),
                                                    QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &XembedTray::readEvents);
+    m_hovered.setInterval(hoverTime);
+    m_hovered.setSingleShot(true);
+    connect(&m_hovered, &QTimer::timeout, this, [this] {
+        m_toolTip = std::make_unique<TrayToolTip>();
+        m_toolTip->setText(m_text);
+        m_toolTip->showAtPointer();
+    });
     findManager();
 }
 
@@ -101,15 +115,18 @@ XembedTray::~XembedTray() {
         xcb_disconnect(m_connection);
 }
 
-void XembedTray::show(const QImage& icon) {
+void XembedTray::show(const QImage& icon, const QString& toolTip) {
     m_icon = icon;
+    m_text = toolTip;
     m_isWanted = true;
     if (!m_manager)
         return;
-    if (m_window)
+    if (m_window) {
+        say();
         draw();
-    else
+    } else {
         dock();
+    }
 }
 
 void XembedTray::hide() {
@@ -151,7 +168,14 @@ void XembedTray::handle(const xcb_generic_event_t& event) {
         if (eventAs<xcb_expose_event_t>(event).count == 0)
             draw();
         break;
+    case XCB_ENTER_NOTIFY:
+        m_hovered.start();
+        break;
+    case XCB_LEAVE_NOTIFY:
+        hideToolTip();
+        break;
     case XCB_BUTTON_PRESS:
+        hideToolTip();
         if (eventAs<xcb_button_press_event_t>(event).detail == XCB_BUTTON_INDEX_1)
             Q_EMIT clicked();
         break;
@@ -215,8 +239,9 @@ void XembedTray::makeWindow() {
     const bool isTranslucent = m_depth == alphaDepth;
     const xcb_colormap_t colours = xcb_generate_id(m_connection);
     xcb_create_colormap(m_connection, XCB_COLORMAP_ALLOC_NONE, colours, m_root, visual);
-    const quint32 events =
-        XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    const quint32 events = XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_BUTTON_PRESS |
+                           XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_ENTER_WINDOW |
+                           XCB_EVENT_MASK_LEAVE_WINDOW;
     // In the order of the bits in the mask.
     const quint32 values[] = {isTranslucent ? 0U : quint32{XCB_BACK_PIXMAP_PARENT_RELATIVE}, 0,
                               events, colours};
@@ -228,9 +253,7 @@ void XembedTray::makeWindow() {
                           XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
                       values);
     xcb_free_colormap(m_connection, colours);
-    const QByteArray name = "Tamsel tray icon";
-    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_NAME,
-                        XCB_ATOM_STRING, 8, static_cast<quint32>(name.size()), name.constData());
+    say();
     const quint32 hints[18] = {hintMinSize, 0, 0, 0, 0, smallestIcon, smallestIcon};
     xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_NORMAL_HINTS,
                         XCB_ATOM_WM_SIZE_HINTS, 32, 18, hints);
@@ -239,7 +262,25 @@ void XembedTray::makeWindow() {
                         m_atoms->xembedInfo, 32, 2, info);
 }
 
+void XembedTray::say() {
+    // Assistive programs read the window's name.
+    QByteArray name = "Tamsel tray icon";
+    if (!m_text.isEmpty())
+        name += ": " + m_text.toUtf8();
+    for (const xcb_atom_t property : {xcb_atom_t{XCB_ATOM_WM_NAME}, m_atoms->name})
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, property, m_atoms->utf8,
+                            8, static_cast<quint32>(name.size()), name.constData());
+    if (m_toolTip)
+        m_toolTip->setText(m_text);
+}
+
+void XembedTray::hideToolTip() {
+    m_hovered.stop();
+    m_toolTip.reset();
+}
+
 void XembedTray::destroyWindow() {
+    hideToolTip();
     if (!m_window)
         return;
     xcb_destroy_window(m_connection, m_window);

@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QObject>
+#include <QTimer>
 
 #include <memory>
 #include <xcb/xcb.h>
@@ -9,6 +10,8 @@
 class QSocketNotifier;
 
 namespace tamsel {
+
+class TrayToolTip;
 
 /// The X server's tray (freedesktop.org's system tray protocol), with room for one icon. Watched
 /// over a connection of its own, by events alone. Never there without an X server of the
@@ -21,8 +24,8 @@ public:
     ~XembedTray() override;
 
     bool isThere() const { return m_manager != 0; }
-    /// Shows the icon, now or as soon as there is a tray.
-    void show(const QImage& icon);
+    /// Shows the icon, now or as soon as there is a tray; its words beside the pointer.
+    void show(const QImage& icon, const QString& toolTip);
     void hide();
 
 signals:
@@ -41,6 +44,8 @@ private:
     void makeWindow();
     void destroyWindow();
     void draw();
+    void say();
+    void hideToolTip();
     QImage background(const QSize& size) const;
 
     xcb_connection_t* m_connection = nullptr;
@@ -53,6 +58,9 @@ private:
     quint8 m_depth = 0;
     QSize m_size;
     QImage m_icon;
+    QString m_text;
+    QTimer m_hovered;
+    std::unique_ptr<TrayToolTip> m_toolTip; ///< while the pointer rests on the icon
     bool m_isWanted = false;
 };
 

@@ -55,6 +55,7 @@ Card {
         boundsBehavior: Flickable.StopAtBounds
         highlightFollowsCurrentItem: false
         keyNavigationEnabled: false
+        reuseItems: true
         activeFocusOnTab: false
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Key events")
@@ -64,10 +65,10 @@ Card {
             onPressedChanged: if (!pressed) list.following = list.atYEnd
         }
 
-        // Follows once for all the events that come together.
+        // Follows once for all the events of half a frame.
         Timer {
             id: settled
-            interval: 0
+            interval: 8
             onTriggered: list.follow()
         }
 
@@ -82,6 +83,9 @@ Card {
                                                     ? ListView.view.parent as KeyViewerTable : null
 
             width: ListView.view ? ListView.view.width : 0
+            // What waits for its next row is on no screen, for assistive technology either.
+            ListView.onPooled: visible = false
+            ListView.onReused: visible = true
             shares: owner ? owner.shares : []
         }
     }
