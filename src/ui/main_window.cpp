@@ -11,6 +11,7 @@
 #include "keytools/key_recorder_vm.h"
 #include "keytools/key_viewer_vm.h"
 #include "keytools/keyboard_shortcut_handler.h"
+#include "ui/icon_provider.h"
 #include "ui/main_vm.h"
 
 #include <QScreen>
@@ -29,6 +30,7 @@ namespace tamsel {
 MainWindow::MainWindow(const WindowModels& models) {
     nameModule();
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    m_engine.addImageProvider(QStringLiteral("icon"), new IconProvider); // the engine's from now on
     m_engine.setInitialProperties({
         {QStringLiteral("main"), QVariant::fromValue(&models.main)},
         {QStringLiteral("mapping"), QVariant::fromValue(&models.mapping)},

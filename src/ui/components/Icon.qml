@@ -1,16 +1,15 @@
 import QtQuick
-import QtQuick.Controls.impl
 import Tamsel
 
 // An icon of the own set in one colour. Decorative: the control it stands in carries the name.
-IconImage {
+Image {
     property string symbol
     property int size: Theme.iconRow
+    property color color: Theme.textMuted
 
-    source: symbol ? Qt.resolvedUrl("../icons/" + symbol + ".svg") : ""
+    source: symbol ? "image://icon/" + symbol + "/" + color.toString().substring(1) : ""
     sourceSize { width: size; height: size }
     width: size
     height: size
-    color: Theme.textMuted
     Accessible.ignored: true
 }
