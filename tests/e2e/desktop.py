@@ -30,6 +30,12 @@ def start_app(sandbox, *arguments, **env):
                          QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", **env)
 
 
+def x11_windows(name="^Tamsel$"):
+    """The ids of the windows in sight that are called so."""
+    return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", name],
+                          capture_output=True, text=True, check=False).stdout.split()
+
+
 def _nodes(node, depth=0):
     if node is None or depth > 60:
         return
@@ -103,10 +109,7 @@ def act(node):
 
 def focus_window(name="^Tamsel$"):
     """Gives one of the application's windows the keyboard; there is no window manager to do it."""
-    window = wait_until(
-        lambda: subprocess.run(["xdotool", "search", "--onlyvisible", "--name", name],
-                               capture_output=True, text=True, check=False).stdout.split(),
-        "a visible window")[0]
+    window = wait_until(lambda: x11_windows(name), "a visible window")[0]
     subprocess.run(["xdotool", "windowfocus", "--sync", window], check=False)
     return window
 

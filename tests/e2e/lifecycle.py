@@ -12,7 +12,7 @@ from gi.repository import Gio, GLib
 
 import desktop
 import harness
-from desktop import Window, focus_window, type_keys
+from desktop import Window, focus_window, type_keys, x11_windows
 from harness import Sandbox, StandInDaemon, log_lines, wait_for_line, wait_until
 
 CONFIGURED = "[AppDelegate] Daemon 設置完成，版本: 1"
@@ -97,11 +97,6 @@ class Panel(Bus):
     def has_item(self):
         return any(self.ask("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "NameHasOwner",
                             GLib.Variant("(s)", (item,)))[0] for item in self.items)
-
-
-def x11_windows(name="^Tamsel$", visible=True):
-    return subprocess.run(["xdotool", "search", *(["--onlyvisible"] if visible else []), "--name",
-                           name], capture_output=True, text=True, check=False).stdout.split()
 
 
 def switches(process):

@@ -146,10 +146,15 @@ class Updates(unittest.TestCase):
         self.publish()
         SlowFiles.pause = 0.05
         self.sandbox.put(1, "DisableAutoUpdateCheck")
+        tray = subprocess.Popen("trayer", stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.addCleanup(tray.wait)
+        self.addCleanup(tray.kill)
         app, window = self.start()
         window.find("label", "v1.0.0 (Build 1)")
         window.press("push button", "Check Update")
         window.find(None, "v2.0.0")
+        wait_until(lambda: desktop.x11_windows("^Tamsel tray icon: Version 2.0.0 is available$"),
+                   "the tray's words")
         window.press("push button", "Install")
         seen = set()
 
