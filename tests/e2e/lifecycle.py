@@ -130,8 +130,9 @@ class Lifecycle(unittest.TestCase):
         self.assertEqual(app.wait(10 * harness.PATIENCE), 0, log_lines(app))
         self.assertEqual(log_lines(app), [])
 
-    def helper(self, *command):
-        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    def helper(self, *command, **options):
+        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                   **options)
 
         def end():
             if process.poll() is None:
@@ -301,6 +302,33 @@ class Lifecycle(unittest.TestCase):
         wait_until(lambda: "Iconic" in state(), "the window in the task bar")
         subprocess.run(["xdotool", "windowactivate", window], check=True)
         wait_until(lambda: "Normal" in state(), "the window")
+        self.end(app)
+
+    def test_it_lives_on_wayland(self):
+        self.helper("weston", "--backend=x11-backend.so", "--use-pixman", "--width=1240",
+                    "--height=860", "--socket=wayland-test", env={**os.environ, **self.sandbox.env})
+        socket = os.path.join(self.sandbox.env["XDG_RUNTIME_DIR"], "wayland-test")
+        wait_until(lambda: os.path.exists(socket), "the compositor")
+        self.daemon()
+        wayland = {"QT_QPA_PLATFORM": "wayland", "WAYLAND_DISPLAY": "wayland-test"}
+        app = self.sandbox.start("tamsel", **wayland)
+
+        def share():
+            """How much of the screen has the window's colour."""
+            return float(subprocess.run(
+                "import -silent -window root png:- | "
+                "convert - -fill black +opaque '#F5F3EF' -format '%[fx:mean]' info:",
+                shell=True, capture_output=True, text=True, check=True).stdout)
+        wait_until(lambda: share() > 0.1, "the window")
+        wait_for_line(app, CONFIGURED)
+        bus = Bus()
+        self.addCleanup(bus.close)
+        for call in ((lambda: bus.application("Open", ["tamsel://devices"])),
+                     (lambda: bus.application("Activate"))):
+            bus.application("ActivateAction", "quit", [])  # there is no tray
+            wait_until(lambda: share() < 0.01, "the window to go")
+            call()
+            wait_until(lambda: share() > 0.1, "the window")
         self.end(app)
 
     def test_an_ordinary_end_hides_and_a_power_off_ends(self):

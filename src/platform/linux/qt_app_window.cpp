@@ -28,7 +28,15 @@ bool QtAppWindow::isVisible() const {
            !(m_window.windowStates() & Qt::WindowMinimized);
 }
 
+bool QtAppWindow::comesUpOnlyAnew() const {
+    if (!QGuiApplication::platformName().startsWith(u"wayland") || m_window.isActive())
+        return false;
+    return m_isOrderedOut || !qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN");
+}
+
 void QtAppWindow::makeKeyAndOrderFront() {
+    if (comesUpOnlyAnew())
+        m_window.setVisible(false);
     m_isOrderedOut = false;
     m_window.setWindowStates(m_window.windowStates() & ~Qt::WindowMinimized);
     m_window.setVisible(true);

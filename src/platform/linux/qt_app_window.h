@@ -35,6 +35,9 @@ signals:
 
 private:
     void seeWhetherCalledUp();
+    /// On Wayland no client brings its window up, out of a task bar or from behind others, unless
+    /// the desktop has given it a token for that; but what is mapped anew comes up.
+    bool comesUpOnlyAnew() const;
 
     QWindow& m_window;
     std::function<bool()> m_mayClose;
