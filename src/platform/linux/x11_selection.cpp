@@ -1,22 +1,16 @@
 #include "platform/linux/x11_selection.h"
 
+#include "platform/linux/xcb_replies.h"
+
 #include <QDeadlineTimer>
 
-#include <cstdlib>
-#include <cstring>
-#include <memory>
 #include <poll.h>
-#include <xcb/xcb.h>
 
 namespace tamsel {
 
 namespace {
 
-struct Free {
-    void operator()(void* data) const { std::free(data); }
-};
-template <class T>
-using Reply = std::unique_ptr<T, Free>;
+using xcb::Reply;
 
 /// One conversation with the selection's owner (ICCCM, section 2), with a deadline.
 class SelectionRequest {
@@ -39,8 +33,7 @@ public:
         while (const auto event = nextEvent()) {
             if ((event->response_type & 0x7f) != XCB_SELECTION_NOTIFY)
                 continue;
-            xcb_selection_notify_event_t notify{};
-            std::memcpy(&notify, event.get(), sizeof notify);
+            const auto notify = xcb::eventAs<xcb_selection_notify_event_t>(*event);
             if (notify.property == XCB_NONE)
                 return std::nullopt;
             Chunk first = takeProperty();
@@ -66,13 +59,7 @@ private:
                           &events);
     }
 
-    xcb_atom_t atom(const char* name) {
-        const auto cookie =
-            xcb_intern_atom(m_connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
-        const Reply<xcb_intern_atom_reply_t> reply(
-            xcb_intern_atom_reply(m_connection, cookie, nullptr));
-        return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-    }
+    xcb_atom_t atom(const char* name) { return xcb::atom(m_connection, name); }
 
     Reply<xcb_generic_event_t> nextEvent() {
         for (;;) {
@@ -104,8 +91,7 @@ private:
         while (const auto event = nextEvent()) {
             if ((event->response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
                 continue;
-            xcb_property_notify_event_t notify{};
-            std::memcpy(&notify, event.get(), sizeof notify);
+            const auto notify = xcb::eventAs<xcb_property_notify_event_t>(*event);
             if (notify.atom != m_property || notify.state != XCB_PROPERTY_NEW_VALUE)
                 continue;
             const Chunk chunk = takeProperty();

@@ -1,25 +1,23 @@
 #include "platform/linux/xembed_tray.h"
 
 #include "platform/linux/tray_tool_tip.h"
+#include "platform/linux/xcb_replies.h"
 
 #include <QByteArray>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QSocketNotifier>
 
-#include <cstdlib>
+#include <algorithm>
 #include <cstring>
-#include <xcb/xcb.h>
+#include <string>
 
 namespace tamsel {
 
 namespace {
 
-struct Free {
-    void operator()(void* data) const { std::free(data); }
-};
-template <class T>
-using Reply = std::unique_ptr<T, Free>;
+using xcb::eventAs;
+using xcb::Reply;
 
 constexpr quint32 requestDock = 0; // SYSTEM_TRAY_REQUEST_DOCK
 constexpr quint32 xembedMapped = 1;
@@ -27,14 +25,6 @@ constexpr quint32 hintMinSize = 1U << 4U; // PMinSize of WM_NORMAL_HINTS
 constexpr quint8 alphaDepth = 32;
 constexpr quint16 smallestIcon = 22;
 constexpr std::chrono::milliseconds hoverTime{500};
-
-/// The event as what its type says it is.
-template <class T>
-T eventAs(const xcb_generic_event_t& event) {
-    T out{};
-    std::memcpy(&out, &event, sizeof out);
-    return out;
-}
 
 /// The depth of one of the screen's visuals; 0 for one that is not there.
 quint8 depthOf(const xcb_screen_t& screen, xcb_visualid_t visual) {
@@ -58,21 +48,13 @@ const xcb_screen_t* screenOf(xcb_connection_t* connection, int number) {
 
 struct XembedTray::Atoms {
     Atoms(xcb_connection_t* connection, int screenNumber)
-        : selection(get(connection, "_NET_SYSTEM_TRAY_S" + QByteArray::number(screenNumber))),
-          manager(get(connection, "MANAGER")),
-          opcode(get(connection, "_NET_SYSTEM_TRAY_OPCODE")),
-          visual(get(connection, "_NET_SYSTEM_TRAY_VISUAL")),
-          xembedInfo(get(connection, "_XEMBED_INFO")),
-          name(get(connection, "_NET_WM_NAME")),
-          utf8(get(connection, "UTF8_STRING")) {}
-
-    static xcb_atom_t get(xcb_connection_t* connection, const QByteArray& name) {
-        const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
-            connection,
-            xcb_intern_atom(connection, 0, static_cast<quint16>(name.size()), name.constData()),
-            nullptr));
-        return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
-    }
+        : selection(xcb::atom(connection, "_NET_SYSTEM_TRAY_S" + std::to_string(screenNumber))),
+          manager(xcb::atom(connection, "MANAGER")),
+          opcode(xcb::atom(connection, "_NET_SYSTEM_TRAY_OPCODE")),
+          visual(xcb::atom(connection, "_NET_SYSTEM_TRAY_VISUAL")),
+          xembedInfo(xcb::atom(connection, "_XEMBED_INFO")),
+          name(xcb::atom(connection, "_NET_WM_NAME")),
+          utf8(xcb::atom(connection, "UTF8_STRING")) {}
 
     xcb_atom_t selection;
     xcb_atom_t manager;
