@@ -7,6 +7,8 @@
 #include <QImage>
 #include <QPainter>
 
+#include <utility>
+
 namespace tamsel {
 
 namespace {
@@ -68,6 +70,7 @@ void MenuBarItem::createStatusItem() {
 
 void MenuBarItem::removeStatusItem() {
     m_statusItem.reset();
+    m_pending.reset();
     disconnect(m_statusClickMonitor);
     disconnect(m_updateSub);
 }
@@ -97,7 +100,10 @@ QString MenuBarItem::pendingText(const UpdateStatus& status) {
 void MenuBarItem::updateStatusIcon(const UpdateStatus& status) {
     if (!m_statusItem)
         return;
+    // A download announces each of its steps; the item looks the same in all of them.
     const QString pending = pendingText(status);
+    if (std::exchange(m_pending, pending) == pending)
+        return;
     m_statusItem->setToolTip(pending);
     const QImage icon = m_statusBar.imageNamed(iconName);
     if (pending.isEmpty())

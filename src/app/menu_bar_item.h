@@ -5,6 +5,7 @@
 #include <QMetaObject>
 
 #include <memory>
+#include <optional>
 
 namespace tamsel {
 
@@ -45,6 +46,7 @@ private:
     MainQueue& m_queue;
     UpdateMgr& m_updateMgr;
     std::unique_ptr<StatusItem> m_statusItem;
+    std::optional<QString> m_pending;    ///< what the item shows as waiting; none before it does
     QMetaObject::Connection m_updateSub; ///< alive while the item is
     QMetaObject::Connection m_statusClickMonitor;
 };

@@ -41,6 +41,7 @@ public:
         connect(&m_bar.m_host, &StatusNotifierHost::changed, this, &Item::settle);
         connect(&m_bar.m_xembed, &XembedTray::changed, this, &Item::settle);
         connect(&m_bar.m_xembed, &XembedTray::clicked, this, &StatusItem::clicked);
+        m_bar.m_xembed.setToolTip({});
         settle();
     }
     ~Item() override {
@@ -56,7 +57,9 @@ public:
     }
     void setToolTip(const QString& text) override {
         m_toolTip = text;
-        draw();
+        m_bar.m_xembed.setToolTip(text);
+        if (m_notifier)
+            m_notifier->setToolTip(text);
     }
 
 private:
@@ -68,6 +71,7 @@ private:
                 m_notifier = std::make_unique<StatusNotifierItem>();
                 connect(m_notifier.get(), &StatusNotifierItem::activated, this,
                         &StatusItem::clicked);
+                m_notifier->setToolTip(m_toolTip);
             }
             draw();
             m_notifier->announce();
@@ -77,12 +81,10 @@ private:
         }
     }
     void draw() {
-        if (m_notifier) {
+        if (m_notifier)
             m_notifier->setImage(m_image);
-            m_notifier->setToolTip(m_toolTip);
-        } else {
-            m_bar.m_xembed.show(m_image, m_toolTip);
-        }
+        else
+            m_bar.m_xembed.show(m_image);
     }
 
     TrayStatusBar& m_bar;

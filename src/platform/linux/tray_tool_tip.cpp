@@ -35,10 +35,9 @@ void TrayToolTip::setText(const QString& text) {
 
 void TrayToolTip::showAtPointer() {
     const QPoint pointer = QCursor::pos();
-    const QScreen* screen = QGuiApplication::screenAt(pointer);
-    if (screen)
-        setScreen(const_cast<QScreen*>(screen));
-    const QRect room = this->screen()->geometry();
+    if (QScreen* const pointed = QGuiApplication::screenAt(pointer))
+        setScreen(pointed);
+    const QRect room = screen()->geometry();
     QRect place({pointer.x() - width() / 2, pointer.y() + pointerDistance}, size());
     // Trays are at the screen's edges, mostly its lower one.
     if (place.bottom() > room.bottom())

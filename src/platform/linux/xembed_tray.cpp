@@ -97,18 +97,21 @@ XembedTray::~XembedTray() {
         xcb_disconnect(m_connection);
 }
 
-void XembedTray::show(const QImage& icon, const QString& toolTip) {
+void XembedTray::show(const QImage& icon) {
     m_icon = icon;
-    m_text = toolTip;
     m_isWanted = true;
     if (!m_manager)
         return;
-    if (m_window) {
-        say();
+    if (m_window)
         draw();
-    } else {
+    else
         dock();
-    }
+}
+
+void XembedTray::setToolTip(const QString& text) {
+    m_text = text;
+    if (m_window)
+        say();
 }
 
 void XembedTray::hide() {
@@ -151,7 +154,9 @@ void XembedTray::handle(const xcb_generic_event_t& event) {
             draw();
         break;
     case XCB_ENTER_NOTIFY:
-        m_hovered.start();
+        // Not one that was already made anew.
+        if (eventAs<xcb_enter_notify_event_t>(event).event == m_window)
+            m_hovered.start();
         break;
     case XCB_LEAVE_NOTIFY:
         hideToolTip();
@@ -252,6 +257,7 @@ void XembedTray::say() {
     for (const xcb_atom_t property : {xcb_atom_t{XCB_ATOM_WM_NAME}, m_atoms->name})
         xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, property, m_atoms->utf8,
                             8, static_cast<quint32>(name.size()), name.constData());
+    xcb_flush(m_connection);
     if (m_toolTip)
         m_toolTip->setText(m_text);
 }

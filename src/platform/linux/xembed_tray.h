@@ -24,9 +24,11 @@ public:
     ~XembedTray() override;
 
     bool isThere() const { return m_manager != 0; }
-    /// Shows the icon, now or as soon as there is a tray; its words beside the pointer.
-    void show(const QImage& icon, const QString& toolTip);
+    /// Shows the icon, now or as soon as there is a tray.
+    void show(const QImage& icon);
     void hide();
+    /// What the icon says beyond the application's name; plain text.
+    void setToolTip(const QString& text);
 
 signals:
     /// A tray has come or gone.
