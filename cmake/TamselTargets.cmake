@@ -4,8 +4,10 @@ find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
+    # Paths below the tree are hashed relative to it, so that a clone at another path hits the cache.
     set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
-        CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE_PROGRAM})
+        CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+        CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} CCACHE_NOHASHDIR=1 ${CCACHE_PROGRAM})
 endif()
 
 add_library(tamsel_options INTERFACE)
@@ -37,19 +39,24 @@ if(TAMSEL_PCH)
 endif()
 
 # tamsel_room(NAME [QT] [SOURCES ...] [PUBLIC targets...] [PRIVATE targets...])
-# A folder's static library, included from the tree's root ("config/records/records.h").
+# A folder's static library. What it includes is named from the root of its side of the house (src or
+# companion) or from common: "keys/key_codes.h".
 function(tamsel_room name)
     cmake_parse_arguments(ARG "QT" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+    string(REGEX REPLACE "/.*" "" side ${folder})
+    set(roots ${PROJECT_SOURCE_DIR}/common)
+    if(NOT side STREQUAL "common")
+        list(PREPEND roots ${PROJECT_SOURCE_DIR}/${side})
+    endif()
     if(NOT ARG_SOURCES)
         add_library(${name} INTERFACE)
-        target_include_directories(${name} INTERFACE
-            ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/companion)
+        target_include_directories(${name} INTERFACE ${roots})
         target_link_libraries(${name} INTERFACE ${ARG_PUBLIC})
         return()
     endif()
     add_library(${name} STATIC ${ARG_SOURCES})
-    target_include_directories(${name} PUBLIC
-        ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/companion)
+    target_include_directories(${name} PUBLIC ${roots})
     target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE tamsel_options ${ARG_PRIVATE})
     if(ARG_QT)
         set_target_properties(${name} PROPERTIES AUTOMOC ON)

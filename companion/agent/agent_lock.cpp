@@ -1,6 +1,6 @@
 #include "agent/agent_lock.h"
 
-#include "io/private_folder.h"
+#include "base/private_folder.h"
 
 #include <cerrno>
 #include <fcntl.h>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/error.h"
-#include "io/unique_fd.h"
+#include "base/unique_fd.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #include "agent/command_runner.h"
 
-#include "daemon/protocol/daemon_protocol.h"
+#include "protocol/daemon_protocol.h"
 
 #include <array>
 #include <cerrno>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/error.h"
-#include "service/log.h"
+#include "program/log.h"
 
 #include <chrono>
 #include <functional>

@@ -1,14 +1,14 @@
 #include "daemon/daemon.h"
 
 #include "daemon/machine_devices.h"
-#include "daemon/protocol/socket_path.h"
-#include "io/simulated_devices.h"
-#include "service/access.h"
-#include "service/bus_server.h"
-#include "service/core.h"
-#include "service/event_loop.h"
-#include "service/listener.h"
-#include "service/log.h"
+#include "protocol/socket_path.h"
+#include "simulation/simulated_devices.h"
+#include "bus/access.h"
+#include "bus/bus_server.h"
+#include "core/core.h"
+#include "program/event_loop.h"
+#include "bus/listener.h"
+#include "program/log.h"
 
 #include <optional>
 #include <sys/epoll.h>

@@ -1,6 +1,6 @@
 #include "daemon/machine_devices.h"
 
-#include "service/event_loop.h"
+#include "program/event_loop.h"
 
 #include <sys/epoll.h>
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "base/error.h"
-#include "io/device_watch.h"
-#include "service/core.h"
-#include "service/log.h"
+#include "devices/device_watch.h"
+#include "core/core.h"
+#include "program/log.h"
 
 #include <systemd/sd-event.h>
 

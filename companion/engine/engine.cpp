@@ -1,6 +1,6 @@
 #include "engine/engine.h"
 
-#include "config/records/us_typing.h"
+#include "keys/us_typing.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/error.h"
-#include "config/records/records.h"
-#include "daemon/protocol/daemon_protocol.h"
+#include "records/records.h"
+#include "protocol/daemon_protocol.h"
 #include "engine/combo_table.h"
 #include "engine/key_events.h"
 #include "engine/mapping_table.h"

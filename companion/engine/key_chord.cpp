@@ -1,7 +1,7 @@
 #include "engine/key_chord.h"
 
-#include "config/records/key_codes.h"
-#include "config/records/key_press.h"
+#include "keys/key_codes.h"
+#include "keys/key_press.h"
 
 #include <algorithm>
 #include <bit>

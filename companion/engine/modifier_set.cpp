@@ -1,6 +1,6 @@
 #include "engine/modifier_set.h"
 
-#include "config/records/modifier_names.h"
+#include "keys/modifier_names.h"
 
 namespace tamsel::engine {
 

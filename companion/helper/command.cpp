@@ -1,7 +1,7 @@
 #include "helper/command.h"
 
 #include "helper/helper.h"
-#include "io/unique_fd.h"
+#include "base/unique_fd.h"
 
 #include <cerrno>
 #include <csignal>

@@ -3,7 +3,7 @@
 #include "helper/access_rule.h"
 #include "helper/command.h"
 #include "helper/device_access.h"
-#include "io/unique_fd.h"
+#include "base/unique_fd.h"
 
 #include <cerrno>
 #include <ctime>

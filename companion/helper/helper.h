@@ -1,6 +1,6 @@
 #pragma once
 
-#include "driver/protocol/driver_helper.h"
+#include "protocol/driver_helper.h"
 
 #include <string>
 #include <string_view>

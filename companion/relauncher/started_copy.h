@@ -1,6 +1,6 @@
 #pragma once
 
-#include "io/unique_fd.h"
+#include "base/unique_fd.h"
 
 #include <chrono>
 #include <string>

@@ -1,6 +1,6 @@
 #include "app/dashboard_cards.h"
 
-#include "daemon/protocol/daemon_protocol.h"
+#include "protocol/daemon_protocol.h"
 
 #include <QCoreApplication>
 

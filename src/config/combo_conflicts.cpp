@@ -1,6 +1,6 @@
 #include "config/combo_conflicts.h"
 
-#include "config/records/key_codes.h"
+#include "keys/key_codes.h"
 #include "config/trigger_signatures.h"
 
 namespace tamsel {

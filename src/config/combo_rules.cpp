@@ -1,7 +1,7 @@
 #include "config/combo_rules.h"
 
-#include "config/records/modifier_names.h"
-#include "config/records/us_typing.h"
+#include "keys/modifier_names.h"
+#include "keys/us_typing.h"
 #include "config/text_rules.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "config/records/records.h"
+#include "records/records.h"
 
 #include <span>
 #include <string>

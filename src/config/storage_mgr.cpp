@@ -1,6 +1,6 @@
 #include "config/storage_mgr.h"
 
-#include "config/records/cfg_coding.h"
+#include "coding/cfg_coding.h"
 #include "log/logger.h"
 #include "platform/user_defaults.h"
 

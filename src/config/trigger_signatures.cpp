@@ -1,7 +1,7 @@
 #include "config/trigger_signatures.h"
 
-#include "config/records/key_codes.h"
-#include "config/records/modifier_names.h"
+#include "keys/key_codes.h"
+#include "keys/modifier_names.h"
 
 #include <algorithm>
 #include <array>

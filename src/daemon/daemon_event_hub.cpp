@@ -1,6 +1,6 @@
 #include "daemon/daemon_event_hub.h"
 
-#include "config/records/key_codes.h"
+#include "keys/key_codes.h"
 #include "daemon/local_key.h"
 
 #include <QPointer>

@@ -1,7 +1,7 @@
 #include "daemon/daemon_xpc_client.h"
 
 #include "config/default_config.h"
-#include "config/records/cfg_coding.h"
+#include "coding/cfg_coding.h"
 #include "config/storage_mgr.h"
 #include "log/logger.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "config/records/records.h"
+#include "records/records.h"
 #include "daemon/key_viewer_callback_handler.h"
 #include "platform/daemon_connection.h"
 #include "platform/main_queue.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "daemon/protocol/daemon_protocol.h"
+#include "protocol/daemon_protocol.h"
 
 #include <QObject>
 

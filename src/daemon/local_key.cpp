@@ -1,6 +1,6 @@
 #include "daemon/local_key.h"
 
-#include "config/records/key_codes.h"
+#include "keys/key_codes.h"
 
 #include <array>
 

@@ -1,8 +1,8 @@
 #include "editors/combo_row.h"
 
 #include "config/combo_conflicts.h"
-#include "config/records/key_codes.h"
-#include "config/records/modifier_names.h"
+#include "keys/key_codes.h"
+#include "keys/modifier_names.h"
 #include "config/text_rules.h"
 #include "editors/action_titles.h"
 #include "editors/combo_title.h"

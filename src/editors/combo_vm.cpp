@@ -1,7 +1,7 @@
 #include "editors/combo_vm.h"
 
 #include "config/default_config.h"
-#include "config/records/key_codes.h"
+#include "keys/key_codes.h"
 #include "config/storage_mgr.h"
 #include "daemon/daemon_xpc_client.h"
 #include "editors/combo_title.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "config/records/records.h"
+#include "records/records.h"
 #include "editors/combo_row.h"
 #include "editors/shortcut_edit_vm.h"
 

@@ -1,7 +1,7 @@
 #include "editors/mapping_vm.h"
 
 #include "config/default_config.h"
-#include "config/records/key_codes.h"
+#include "keys/key_codes.h"
 #include "config/storage_mgr.h"
 #include "daemon/daemon_xpc_client.h"
 #include "editors/fresh_id.h"

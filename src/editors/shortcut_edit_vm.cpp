@@ -1,7 +1,7 @@
 #include "editors/shortcut_edit_vm.h"
 
-#include "config/records/key_codes.h"
-#include "config/records/key_press.h"
+#include "keys/key_codes.h"
+#include "keys/key_press.h"
 #include "editors/action_titles.h"
 #include "editors/combo_row.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "config/combo_rules.h"
-#include "config/records/records.h"
+#include "records/records.h"
 
 #include <QMap>
 #include <QObject>

@@ -1,6 +1,6 @@
 #include "feedback/ticket_coding.h"
 
-#include "config/records/json_reading.h"
+#include "coding/json_reading.h"
 
 namespace tamsel {
 

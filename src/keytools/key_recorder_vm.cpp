@@ -1,7 +1,7 @@
 #include "keytools/key_recorder_vm.h"
 
-#include "config/records/key_codes.h"
-#include "config/records/modifier_names.h"
+#include "keys/key_codes.h"
+#include "keys/modifier_names.h"
 #include "daemon/daemon_event_hub.h"
 #include "daemon/local_key.h"
 

@@ -1,6 +1,6 @@
 #include "keytools/key_viewer_vm.h"
 
-#include "config/records/key_codes.h"
+#include "keys/key_codes.h"
 #include "daemon/daemon_event_hub.h"
 #include "platform/clock.h"
 

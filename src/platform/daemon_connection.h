@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/error.h"
-#include "daemon/protocol/daemon_protocol.h"
+#include "protocol/daemon_protocol.h"
 
 #include <functional>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "ui/key_catalogue.h"
 
-#include "config/records/key_codes.h"
+#include "keys/key_codes.h"
 
 #include <QCoreApplication>
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "ui/key_legend.h"
 
-#include "config/records/key_codes.h"
-#include "config/records/modifier_names.h"
+#include "keys/key_codes.h"
+#include "keys/modifier_names.h"
 
 #include <QHash>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/autostart_entry.h"
+#include "platform/linux/services/autostart_entry.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "platform/linux/folder_bundle.h"
+#include "platform/linux/store/folder_bundle.h"
 
 #include <QDir>
 #include <QFile>

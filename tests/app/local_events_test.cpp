@@ -1,6 +1,6 @@
-#include "platform/linux/qt_local_events.h"
+#include "platform/linux/keys/qt_local_events.h"
 
-#include "platform/linux/focus_kind.h"
+#include "platform/linux/keys/focus_kind.h"
 
 #include <QGuiApplication>
 #include <QQmlComponent>

@@ -1,4 +1,4 @@
-#include "platform/linux/qt_main_queue.h"
+#include "platform/linux/process/qt_main_queue.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>

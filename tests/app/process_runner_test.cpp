@@ -1,6 +1,6 @@
-#include "platform/linux/administrator_script.h"
-#include "platform/linux/child_process_runner.h"
-#include "platform/linux/thread_background_queue.h"
+#include "platform/linux/process/administrator_script.h"
+#include "platform/linux/process/child_process_runner.h"
+#include "platform/linux/process/thread_background_queue.h"
 
 #include <QDir>
 #include <QTemporaryDir>

@@ -1,4 +1,4 @@
-#include "platform/linux/single_instance.h"
+#include "platform/linux/desktop/single_instance.h"
 
 #include <gtest/gtest.h>
 

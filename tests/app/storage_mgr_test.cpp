@@ -1,6 +1,6 @@
 #include "../support/logic_fixture.h"
 
-#include "config/records/cfg_coding.h"
+#include "coding/cfg_coding.h"
 
 namespace tamsel {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/sqlite_user_defaults.h"
+#include "platform/linux/store/sqlite_user_defaults.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
-#include "service/core.h"
+#include "core/core.h"
 
-#include "config/records/cfg_coding.h"
+#include "coding/cfg_coding.h"
 
 #include <gmock/gmock.h>
 

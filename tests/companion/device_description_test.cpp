@@ -1,6 +1,6 @@
-#include "io/device_description.h"
+#include "devices/device_description.h"
 
-#include "io/virtual_identity.h"
+#include "devices/virtual_identity.h"
 
 #include <gmock/gmock.h>
 #include <linux/input.h>

@@ -1,4 +1,4 @@
-#include "io/device_watch.h"
+#include "devices/device_watch.h"
 
 #include <cerrno>
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "service/log.h"
+#include "program/log.h"
 
 #include <gtest/gtest.h>
 

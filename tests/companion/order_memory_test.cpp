@@ -1,4 +1,4 @@
-#include "service/order_memory.h"
+#include "core/order_memory.h"
 
 #include <filesystem>
 #include <fstream>

@@ -1,4 +1,4 @@
-#include "io/simulated_line.h"
+#include "simulation/simulated_line.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "config/records/cfg_coding.h"
+#include "coding/cfg_coding.h"
 
 #include <string>
 

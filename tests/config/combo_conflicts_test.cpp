@@ -1,8 +1,8 @@
 #include "config/combo_conflicts.h"
 #include "config/default_config.h"
-#include "config/records/key_codes.h"
-#include "config/records/key_press.h"
-#include "config/records/us_typing.h"
+#include "keys/key_codes.h"
+#include "keys/key_press.h"
+#include "keys/us_typing.h"
 #include "config/trigger_signatures.h"
 
 #include <gtest/gtest.h>

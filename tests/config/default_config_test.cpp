@@ -1,6 +1,6 @@
 #include "config/default_config.h"
 
-#include "config/records/key_codes.h"
+#include "keys/key_codes.h"
 
 #include <gtest/gtest.h>
 #include <map>

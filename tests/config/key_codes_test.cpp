@@ -1,6 +1,6 @@
-#include "config/records/key_codes.h"
+#include "keys/key_codes.h"
 
-#include "config/records/evdev_codes.h"
+#include "keys/evdev_codes.h"
 
 #include <gtest/gtest.h>
 #include <linux/input-event-codes.h>

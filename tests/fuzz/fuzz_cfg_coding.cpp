@@ -1,4 +1,4 @@
-#include "config/records/cfg_coding.h"
+#include "coding/cfg_coding.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // Saves values of many sizes without pause until it is killed: save_loop FILE SEED
 // Says so on standard output after the first one.
 
-#include "platform/linux/sqlite_user_defaults.h"
+#include "platform/linux/store/sqlite_user_defaults.h"
 
 #include <QString>
 

@@ -5,12 +5,12 @@
 
 #include "daemon/daemon_mgr.h"
 #include "log/logger.h"
-#include "platform/linux/folder_bundle.h"
-#include "platform/linux/journal_system_log.h"
-#include "platform/linux/linux_service_management.h"
-#include "platform/linux/qt_main_queue.h"
-#include "platform/linux/qt_pasteboard.h"
-#include "platform/linux/real_clock.h"
+#include "platform/linux/store/folder_bundle.h"
+#include "platform/linux/store/journal_system_log.h"
+#include "platform/linux/services/linux_service_management.h"
+#include "platform/linux/process/qt_main_queue.h"
+#include "platform/linux/desktop/qt_pasteboard.h"
+#include "platform/linux/process/real_clock.h"
 
 #include <QGuiApplication>
 #include <QSocketNotifier>

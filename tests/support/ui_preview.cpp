@@ -9,7 +9,7 @@
 #include "app/launch_at_login_mgr.h"
 #include "app/permission_mgr.h"
 #include "app/settings_guide_vm.h"
-#include "config/records/cfg_coding.h"
+#include "coding/cfg_coding.h"
 #include "config/storage_mgr.h"
 #include "daemon/daemon_event_hub.h"
 #include "daemon/daemon_mgr.h"

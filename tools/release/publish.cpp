@@ -1,8 +1,8 @@
 #include "publish.h"
 
 #include "appcast_writer.h"
-#include "platform/linux/folder_bundle.h"
-#include "platform/linux/secure_requests.h"
+#include "platform/linux/store/folder_bundle.h"
+#include "platform/linux/net/secure_requests.h"
 #include "platform/linux/updater/archive_signature.h"
 #include "platform/linux/updater/archive_unpacker.h"
 #include "platform/linux/updater/installed_copy.h"

@@ -1,6 +1,6 @@
 #include "platform/linux/updater/installed_copy.h"
 
-#include "platform/linux/folder_bundle.h"
+#include "platform/linux/store/folder_bundle.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "platform/linux/updater/secure_fetch.h"
 
-#include "platform/linux/secure_requests.h"
+#include "platform/linux/net/secure_requests.h"
 
 #include <QNetworkReply>
 

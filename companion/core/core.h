@@ -1,0 +1,111 @@
+#pragma once
+
+#include "base/bytes.h"
+#include "base/error.h"
+#include "records/records.h"
+#include "protocol/daemon_protocol.h"
+#include "engine/engine.h"
+#include "core/access_report.h"
+#include "core/virtual_device.h"
+#include "core/action_runner.h"
+#include "core/order_memory.h"
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace tamsel {
+
+/// The reply of getStatus.
+struct Status {
+    bool isGrabbing = false;
+    bool driverConnected = false;
+    std::string_view text; ///< a word of protocol::status
+
+    bool operator==(const Status&) const = default;
+};
+
+/// The daemon's decisions: which devices it seizes and when, what it answers. It seizes once it has
+/// a configuration, a virtual device and no order to stop; not seizing, it writes nothing.
+class Core final {
+public:
+    /// The longest configuration accepted, in bytes.
+    static constexpr std::size_t maxCfgSize = std::size_t{16} * 1024 * 1024;
+    /// What a combo types at most, in characters: a text of its own, the clipboard's.
+    static constexpr std::size_t maxTypedText = 2048;
+    static constexpr std::size_t maxTypedClipboard = std::size_t{64} * 1024;
+
+    /// Called with what goes wrong behind an answer (a state that cannot be saved, an output that
+    /// cannot be written, a text that cannot be typed); never with a key or a text.
+    using Complain = std::function<void(const Error&)>;
+
+    /// Without an `output` nothing is seized; it and `memory` outlive the core. `devices` get the
+    /// indexes from 0.
+    Core(VirtualDevice* output, OrderMemory& memory, const std::vector<SeenDeviceInfo>& devices,
+         Complain complain);
+
+    /// Who runs the actions of combos; without one those that need somebody do nothing.
+    void setActionRunner(ActionRunner* runner) { m_runner = runner; }
+
+    /// On failure the last good configuration stays. The error may quote the configuration.
+    Result<void> updateCfg(ByteView encoded);
+
+    /// Whether the devices are seized now. Refused after the lock-out chord until stopGrabbing;
+    /// without a configuration the order is kept for the first one.
+    bool startGrabbing();
+    /// Releases every device and forgets the lock-out. Always true.
+    bool stopGrabbing();
+
+    /// A further device; its index is never given to another one.
+    engine::DeviceIndex addDevice(SeenDeviceInfo device);
+    /// The device is gone; what it holds is released.
+    void removeDevice(engine::DeviceIndex device);
+    /// What keeps the daemon from the machine's devices. An `output` speaks for itself.
+    void setAccess(const AccessReport& access) { m_access = access; }
+
+    Status status() const;
+    /// In order of their indexes; several devices of one identity and kind are one entry.
+    std::vector<SeenDeviceInfo> seenDevices() const;
+
+    /// The next event of a device, in order of time. What a key viewer is to see of it, if
+    /// anything.
+    std::optional<KeyEvent> handle(const engine::InputEvent& event);
+
+    /// The end: releases every device, whatever comes later; the last order stays remembered.
+    void shutDown();
+
+private:
+    bool isGrabbing() const;
+    bool isDriverConnected() const { return m_output || m_access.uinput == NodeAccess::ok; }
+    void rememberOrder();
+    void applySeizure();
+    void applySeizure(engine::DeviceIndex index, const SeenDeviceInfo& device);
+    void apply(const engine::Effects& effects);
+    void run(const ShortcutAction& action);
+    void type(std::string_view text, std::size_t limit);
+    void typeClipboard();
+    void write(engine::Outputs outputs);
+    void noteOutput(const Result<void>& done);
+
+    VirtualDevice* m_output;
+    OrderMemory& m_memory;
+    std::map<engine::DeviceIndex, SeenDeviceInfo> m_devices;
+    engine::DeviceIndex m_nextIndex = 0;
+    AccessReport m_access;
+    Complain m_complain;
+    engine::Engine m_engine;
+    std::optional<Cfg> m_cfg;
+    Order m_order;
+    Order m_savedOrder;
+    ActionRunner* m_runner = nullptr;
+    /// Grows whenever all is released; a clipboard asked for before is not typed any more.
+    std::uint64_t m_releaseCount = 0;
+    bool m_isLockedOut = false;
+    bool m_isShutDown = false;
+    bool m_outputFailed = false;
+};
+
+} // namespace tamsel

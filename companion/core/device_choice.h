@@ -1,0 +1,14 @@
+#pragma once
+
+#include "records/records.h"
+
+namespace tamsel {
+
+/// Whether the configuration lets the daemon take a device: every keyboard that is not excluded,
+/// and the pointing devices that are named. A device is the same when vendor, product and name are.
+bool isChosen(const Cfg& cfg, const SeenDeviceInfo& device);
+
+/// Whether Apple made the device, by its USB or Bluetooth vendor id.
+bool isAppleMade(const SeenDeviceInfo& device);
+
+} // namespace tamsel

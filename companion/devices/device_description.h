@@ -1,0 +1,40 @@
+#pragma once
+
+#include "records/records.h"
+
+#include <libevdev/libevdev.h>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tamsel {
+
+/// Which interfaces a device node offers; one may offer both.
+struct Interfaces {
+    bool isKeyboard = false;
+    bool isPointer = false;
+
+    bool operator==(const Interfaces&) const = default;
+};
+
+/// A keyboard has most of the letters and digits, or a whole keypad; buttons, lids, headsets and
+/// remote controls with a few keys are none. A pointer is a mouse (left button, two relative axes)
+/// or a touchpad (left button, touch, two absolute axes); game controllers, tablets and touch
+/// screens are none. Codes: linux/input-event-codes.h.
+Interfaces classify(const libevdev* device);
+
+/// Whether Tamsel made the device itself (see virtual_identity.h).
+bool isOwnVirtualDevice(const libevdev* device);
+
+/// "usb", "bluetooth", "ps2", "virtual", else "bus 0xNN" with the kernel's number (linux/input.h).
+std::string transportName(int bus);
+
+/// A text from hardware made fit to be shown and compared: well-formed UTF-8 without control
+/// characters or blanks around it, 128 bytes at most.
+std::string cleanText(std::string_view raw);
+
+/// What there is to tell of a device, an entry for each interface, the keyboard first; nothing for
+/// a device of no interest and for Tamsel's own.
+std::vector<SeenDeviceInfo> describe(const libevdev* device, const std::string& manufacturer);
+
+} // namespace tamsel
