@@ -38,17 +38,31 @@ if(TAMSEL_PCH)
         <optional> <string> <vector> <QtCore>)
 endif()
 
-# tamsel_room(NAME [QT] [SOURCES ...] [PUBLIC targets...] [PRIVATE targets...])
-# A folder's static library. What it includes is named from the root of its side of the house (src or
-# companion) or from common: "keys/key_codes.h".
-function(tamsel_room name)
-    cmake_parse_arguments(ARG "QT" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+# Sets `roots` to what a folder's includes are named from: the root of its side of the house (src or
+# companion) and common.
+macro(tamsel_include_roots)
     file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
     string(REGEX REPLACE "/.*" "" side ${folder})
     set(roots ${PROJECT_SOURCE_DIR}/common)
     if(NOT side STREQUAL "common")
         list(PREPEND roots ${PROJECT_SOURCE_DIR}/${side})
     endif()
+endmacro()
+
+# tamsel_program(NAME SOURCES ... LINK targets...)
+function(tamsel_program name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    tamsel_include_roots()
+    add_executable(${name} ${ARG_SOURCES})
+    target_include_directories(${name} PRIVATE ${roots})
+    target_link_libraries(${name} PRIVATE tamsel_options ${ARG_LINK})
+endfunction()
+
+# tamsel_room(NAME [QT] [SOURCES ...] [PUBLIC targets...] [PRIVATE targets...])
+# A folder's static library.
+function(tamsel_room name)
+    cmake_parse_arguments(ARG "QT" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    tamsel_include_roots()
     if(NOT ARG_SOURCES)
         add_library(${name} INTERFACE)
         target_include_directories(${name} INTERFACE ${roots})
