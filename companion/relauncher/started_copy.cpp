@@ -1,13 +1,12 @@
 #include "relauncher/started_copy.h"
 
+#include "base/process.h"
+
 #include <array>
 #include <csignal>
-#include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
-#include <sys/syscall.h>
-#include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace tamsel {
@@ -20,28 +19,16 @@ constexpr int reportFd = 3; ///< in the started copy
 constexpr std::chrono::milliseconds endPatience{5'000};
 constexpr std::size_t maxReport = 256;
 
-/// Its process, or -1. `report` becomes its reportFd.
-pid_t start(std::vector<std::string> words, int report) {
-    std::vector<char*> arguments;
-    arguments.reserve(words.size() + 1);
-    for (std::string& word : words)
-        arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    if (report >= 0)
-        posix_spawn_file_actions_adddup2(&actions, report, reportFd);
-    pid_t pid = -1;
-    if (::posix_spawn(&pid, words.front().c_str(), &actions, nullptr, arguments.data(), environ) !=
-        0)
-        pid = -1;
-    posix_spawn_file_actions_destroy(&actions);
-    return pid;
-}
-
-std::string programOf(const std::string& folder) {
-    return folder + "/bin/tamsel";
+/// Its process, or -1. `descriptors` beside the standard output and error of this process.
+pid_t start(const std::string& folder, std::vector<std::string> arguments,
+            std::vector<ChildDescriptor> descriptors = {}) {
+    for (const int shared : {STDOUT_FILENO, STDERR_FILENO})
+        descriptors.push_back({shared, shared});
+    return spawn({.program = folder + "/bin/tamsel",
+                  .arguments = std::move(arguments),
+                  .descriptors = std::move(descriptors),
+                  .session = ChildProgram::Session::callers})
+        .value_or(-1);
 }
 
 bool becomesReadable(int fd, Clock::time_point until) {
@@ -54,21 +41,16 @@ bool becomesReadable(int fd, Clock::time_point until) {
 } // namespace
 
 StartedCopy StartedCopy::toReport(const std::string& folder) {
-    std::array<int, 2> ends{-1, -1};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+    auto pipe = Pipe::make();
+    if (!pipe)
         return {-1, UniqueFd()};
-    UniqueFd ours(ends[0]);
-    // Away from the number that it gets over there: a descriptor duplicated onto itself would stay
-    // closed to the copy.
-    const UniqueFd theirs(::fcntl(ends[1], F_DUPFD_CLOEXEC, reportFd + 1));
-    ::close(ends[1]);
     const pid_t pid =
-        start({programOf(folder), "--report-to", std::to_string(reportFd)}, theirs.get());
-    return {pid, std::move(ours)};
+        start(folder, {"--report-to", std::to_string(reportFd)}, {{reportFd, pipe->writing.get()}});
+    return {pid, std::move(pipe->reading)};
 }
 
 void StartedCopy::afterFailureOf(const std::string& version, const std::string& folder) {
-    start({programOf(folder), "--update-failed", version}, -1);
+    start(folder, {"--update-failed", version});
 }
 
 bool StartedCopy::reports(const std::string& version, std::chrono::milliseconds patience) const {
@@ -89,11 +71,10 @@ void StartedCopy::end() const {
     if (m_pid <= 0)
         return;
     ::kill(m_pid, SIGTERM);
-    // A process descriptor becomes readable when its process has ended.
-    const UniqueFd process(static_cast<int>(::syscall(SYS_pidfd_open, m_pid, 0)));
-    if (!process.isOpen() || !becomesReadable(process.get(), Clock::now() + endPatience))
+    if (const UniqueFd process = openProcess(m_pid);
+        !process.isOpen() || !hasEndedWithin(process, endPatience))
         ::kill(m_pid, SIGKILL);
-    ::waitpid(m_pid, nullptr, 0);
+    reap(m_pid);
 }
 
 } // namespace tamsel

@@ -1,3 +1,4 @@
+#include "base/process.h"
 #include "platform/linux/store/sqlite_user_defaults.h"
 
 #include <QDir>
@@ -7,9 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace tamsel {
@@ -92,33 +90,21 @@ TEST_F(SqliteUserDefaultsTest, AFolderThatCantBeMadeIsAClearError) {
 // A child that saves without pause is killed at 200 moments; what is stored is always one of the
 // values it has written, whole.
 TEST_F(SqliteUserDefaultsTest, AKillDuringSavesLeavesACompleteValue) {
-    const QByteArray program = TAMSEL_TEST_PROGRAMS "/save_loop";
-    QByteArray path = QFile::encodeName(file);
     int distinct = 0;
     QByteArray last;
     for (int round = 0; round < 200; ++round) {
-        QByteArray seed = QByteArray::number(round);
-        char* arguments[] = {const_cast<char*>(program.constData()), path.data(), seed.data(),
-                             nullptr};
-        int fds[2];
-        ASSERT_EQ(::pipe2(fds, O_CLOEXEC), 0);
-        posix_spawn_file_actions_t streams;
-        posix_spawn_file_actions_init(&streams);
-        posix_spawn_file_actions_adddup2(&streams, fds[1], STDOUT_FILENO);
-        pid_t pid = -1;
-        const int failure =
-            ::posix_spawn(&pid, program.constData(), &streams, nullptr, arguments, environ);
-        posix_spawn_file_actions_destroy(&streams);
-        ::close(fds[1]);
-        ASSERT_EQ(failure, 0);
+        auto pipe = Pipe::make();
+        ASSERT_TRUE(pipe);
+        const auto pid =
+            spawn({.program = TAMSEL_TEST_PROGRAMS "/save_loop",
+                   .arguments = {QFile::encodeName(file).toStdString(), std::to_string(round)},
+                   .descriptors = {{STDOUT_FILENO, pipe->writing.get()}}});
+        ASSERT_TRUE(pid);
         char ready = 0; // comes after the child's first save
-        ASSERT_EQ(::read(fds[0], &ready, 1), 1);
-        ::close(fds[0]);
+        ASSERT_EQ(::read(pipe->reading.get(), &ready, 1), 1);
         ::usleep(static_cast<useconds_t>(round * 97 % 10'000));
-        ::kill(pid, SIGKILL);
-        int status = 0;
-        ::waitpid(pid, &status, 0);
-        ASSERT_TRUE(WIFSIGNALED(status)) << "the child ended by itself: " << WEXITSTATUS(status);
+        ::kill(*pid, SIGKILL);
+        ASSERT_EQ(reap(*pid), 128 + SIGKILL) << "the child ended by itself";
 
         const auto store = open();
         ASSERT_TRUE(store);

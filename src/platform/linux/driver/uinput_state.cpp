@@ -1,5 +1,6 @@
 #include "platform/linux/driver/uinput_state.h"
 
+#include "base/unique_fd.h"
 #include "protocol/driver_helper.h"
 
 #include <QFile>
@@ -52,10 +53,9 @@ enum class Opening { succeeds, isRefused, findsNoDriver };
 
 /// Opening the node makes the kernel load the driver where it has one, and changes nothing else.
 Opening openAsUser(const QByteArray& node) {
-    const int fd = ::open(node.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
-    if (fd < 0)
+    const UniqueFd opened(::open(node.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
+    if (!opened.isOpen())
         return errno == ENXIO || errno == ENODEV ? Opening::findsNoDriver : Opening::isRefused;
-    ::close(fd);
     return Opening::succeeds;
 }
 

@@ -8,12 +8,11 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/eventfd.h>
-#include <sys/syscall.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tamsel {
 
@@ -27,39 +26,36 @@ public:
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
     ~Child() {
-        if (m_pid > 0 && ::kill(static_cast<pid_t>(m_pid), SIGKILL) == 0)
-            reapChild(m_pid);
-        for (const int fd : {m_output, m_process}) {
-            if (fd >= 0)
-                ::close(fd);
-        }
+        if (m_pid > 0 && ::kill(m_pid, SIGKILL) == 0)
+            tamsel::reap(m_pid);
     }
 
     Result<void> start(const QString& program, const QStringList& arguments) {
-        std::array<int, 2> ends{-1, -1};
-        if (::pipe2(ends.data(), O_CLOEXEC) != 0)
-            return fail(std::strerror(errno));
-        m_output = ends[0];
-        ::fcntl(m_output, F_SETFL, O_NONBLOCK);
-        const auto pid = spawnChild(program, arguments, ends[1]);
-        ::close(ends[1]);
+        auto pipe = Pipe::make();
+        if (!pipe)
+            return tl::unexpected(pipe.error());
+        m_output = std::move(pipe->reading);
+        ::fcntl(m_output.get(), F_SETFL, O_NONBLOCK);
+        ChildProgram child = backgroundChild(program, arguments);
+        child.descriptors = {{STDOUT_FILENO, pipe->writing.get()}};
+        const auto pid = spawn(child);
         if (!pid)
             return tl::unexpected(pid.error());
         m_pid = *pid;
-        m_process = static_cast<int>(::syscall(SYS_pidfd_open, m_pid, 0));
-        if (m_process < 0)
+        m_process = openProcess(m_pid);
+        if (!m_process.isOpen())
             return fail("its end can't be awaited", program.toStdString());
         return {};
     }
 
-    int output() const { return m_output; }
-    int process() const { return m_process; }
+    int output() const { return m_output.get(); }
+    int process() const { return m_process.get(); }
 
     /// Appends what is there to read; false at the end of it.
     bool read(QByteArray& out) const {
         std::array<char, 16384> buffer{};
         for (;;) {
-            const ssize_t count = ::read(m_output, buffer.data(), buffer.size());
+            const ssize_t count = ::read(m_output.get(), buffer.data(), buffer.size());
             if (count < 0 && errno == EINTR)
                 continue;
             if (count <= 0)
@@ -69,12 +65,12 @@ public:
                 return true;
         }
     }
-    int reap() { return reapChild(std::exchange(m_pid, 0)); }
+    int reap() { return tamsel::reap(std::exchange(m_pid, 0)); }
 
 private:
-    qint64 m_pid = 0;
-    int m_output = -1;
-    int m_process = -1;
+    pid_t m_pid = 0;
+    UniqueFd m_output;
+    UniqueFd m_process;
 };
 
 } // namespace
@@ -82,12 +78,8 @@ private:
 ChildProcessRunner::ChildProcessRunner(Settings settings)
     : m_settings(std::move(settings)), m_stopEvent(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
-ChildProcessRunner::~ChildProcessRunner() {
-    ::close(m_stopEvent);
-}
-
 void ChildProcessRunner::stop() {
-    ::eventfd_write(m_stopEvent, 1);
+    ::eventfd_write(m_stopEvent.get(), 1);
 }
 
 Result<ProcessResult> ChildProcessRunner::run(const QString& program,
@@ -118,8 +110,9 @@ Result<ProcessResult> ChildProcessRunner::runChild(const QString& program,
     const QDeadlineTimer deadline =
         limit.count() < 0 ? QDeadlineTimer(QDeadlineTimer::Forever) : QDeadlineTimer(limit);
     QByteArray output;
-    std::array<pollfd, 3> waits{
-        {{child.output(), POLLIN, 0}, {child.process(), POLLIN, 0}, {m_stopEvent, POLLIN, 0}}};
+    std::array<pollfd, 3> waits{{{child.output(), POLLIN, 0},
+                                 {child.process(), POLLIN, 0},
+                                 {m_stopEvent.get(), POLLIN, 0}}};
     auto& [outputWait, processWait, stopWait] = waits;
     for (;;) {
         const int ready =

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/unique_fd.h"
 #include "platform/process_runner.h"
 
 #include <chrono>
@@ -22,9 +23,6 @@ public:
 
     explicit ChildProcessRunner(Settings settings);
     ChildProcessRunner() : ChildProcessRunner(Settings{}) {}
-    ~ChildProcessRunner() override;
-    ChildProcessRunner(const ChildProcessRunner&) = delete;
-    ChildProcessRunner& operator=(const ChildProcessRunner&) = delete;
 
     Result<ProcessResult> run(const QString& program, const QStringList& arguments) override;
 
@@ -38,7 +36,7 @@ private:
                                    std::chrono::milliseconds limit);
 
     Settings m_settings;
-    int m_stopEvent; ///< readable from stop() on
+    UniqueFd m_stopEvent; ///< readable from stop() on
 };
 
 } // namespace tamsel

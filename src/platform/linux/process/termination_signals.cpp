@@ -27,18 +27,14 @@ void TerminationSignals::block() {
 
 TerminationSignals::TerminationSignals(std::function<void()> onSignal) {
     const sigset_t set = terminating();
-    m_fd = ::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK);
-    auto* notifier = new QSocketNotifier(m_fd, QSocketNotifier::Read, this);
+    m_fd = UniqueFd(::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK));
+    auto* notifier = new QSocketNotifier(m_fd.get(), QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [this, onSignal = std::move(onSignal)] {
         signalfd_siginfo info{};
-        while (::read(m_fd, &info, sizeof info) == sizeof info) {
+        while (::read(m_fd.get(), &info, sizeof info) == sizeof info) {
         }
         onSignal();
     });
-}
-
-TerminationSignals::~TerminationSignals() {
-    ::close(m_fd);
 }
 
 } // namespace tamsel

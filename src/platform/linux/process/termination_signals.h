@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/unique_fd.h"
+
 #include <QObject>
 
 #include <functional>
@@ -14,10 +16,9 @@ public:
     static void block();
 
     explicit TerminationSignals(std::function<void()> onSignal);
-    ~TerminationSignals() override;
 
 private:
-    int m_fd;
+    UniqueFd m_fd;
 };
 
 } // namespace tamsel

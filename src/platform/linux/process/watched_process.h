@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/process.h"
+
 #include <QSocketNotifier>
 
 #include <functional>
@@ -21,14 +23,14 @@ public:
     pid_t pid() const { return m_pid; }
     bool isRunning() const;
     void signal(int number) const;
-    /// Blocks until the process has ended, at most `milliseconds`; whether it has.
-    bool waitForEnd(int milliseconds) const;
+    /// Blocks until the process has ended, at most that long; whether it has.
+    bool waitForEnd(std::chrono::milliseconds limit) const;
 
 private:
-    WatchedProcess(pid_t pid, int fd) : m_pid(pid), m_fd(fd) {}
+    WatchedProcess(pid_t pid, UniqueFd fd) : m_pid(pid), m_fd(std::move(fd)) {}
 
     pid_t m_pid;
-    int m_fd;
+    UniqueFd m_fd;
     QSocketNotifier* m_notifier = nullptr; ///< deleted later, as it may be running
 };
 

@@ -54,7 +54,7 @@ ServiceResult EmbeddedService::start() {
     if (!started)
         return tl::unexpected(serviceError(ServiceFailure::failed,
                                            QString::fromStdString(started.error().description())));
-    *pid = m_child = static_cast<pid_t>(*started);
+    *pid = m_child = *started;
     m_process = WatchedProcess::open(m_child);
     m_isSettling = true;
     m_settled = m_queue.after(settleTime, [this] { m_isSettling = false; });
@@ -111,9 +111,9 @@ void EmbeddedService::askOwnToEnd() {
 void EmbeddedService::awaitOwnEnd() {
     if (m_child <= 0 || !m_process || m_process->pid() != m_child)
         return;
-    if (!m_process->waitForEnd(static_cast<int>(graceTime.count()))) {
+    if (!m_process->waitForEnd(graceTime)) {
         m_process->signal(SIGKILL);
-        m_process->waitForEnd(static_cast<int>(graceTime.count()));
+        m_process->waitForEnd(graceTime);
         m_program.cleanUp();
     }
 }

@@ -1,5 +1,7 @@
 #include "platform/linux/services/program_holders.h"
 
+#include "base/unique_fd.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -15,21 +17,6 @@
 namespace tamsel {
 
 namespace {
-
-class Descriptor {
-public:
-    explicit Descriptor(int fd) : m_fd(fd) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (m_fd >= 0)
-            ::close(m_fd);
-    }
-    int get() const { return m_fd; }
-
-private:
-    int m_fd;
-};
 
 /// 0, or why nobody could be reached.
 int connectTo(int socket, const QString& socketFile) {
@@ -69,7 +56,7 @@ bool runsProgram(pid_t pid, const QString& name) {
 } // namespace
 
 std::optional<pid_t> socketHolder(const QString& socketFile) {
-    const Descriptor socket(newSocket());
+    const UniqueFd socket(newSocket());
     if (connectTo(socket.get(), socketFile) != 0)
         return std::nullopt;
     ucred peer{};
@@ -81,9 +68,9 @@ std::optional<pid_t> socketHolder(const QString& socketFile) {
 }
 
 std::optional<pid_t> lockHolder(const QString& lockFile, const QString& programName) {
-    const Descriptor file(openLock(lockFile));
+    const UniqueFd file(openLock(lockFile));
     char text[16];
-    const ssize_t length = file.get() < 0 ? -1 : ::read(file.get(), text, sizeof text);
+    const ssize_t length = !file.isOpen() ? -1 : ::read(file.get(), text, sizeof text);
     if (length <= 0)
         return std::nullopt;
     bool isNumber = false;
@@ -100,10 +87,10 @@ void removeForgottenSocket(const QString& socketFile) {
     struct stat info {};
     if (::lstat(path.constData(), &info) != 0 || !S_ISSOCK(info.st_mode))
         return;
-    const Descriptor lock(openLock(socketFile + QStringLiteral(".lock")));
-    if (lock.get() >= 0 && ::flock(lock.get(), LOCK_EX | LOCK_NB) != 0)
+    const UniqueFd lock(openLock(socketFile + QStringLiteral(".lock")));
+    if (lock.isOpen() && ::flock(lock.get(), LOCK_EX | LOCK_NB) != 0)
         return;
-    const Descriptor socket(newSocket());
+    const UniqueFd socket(newSocket());
     if (connectTo(socket.get(), socketFile) == ECONNREFUSED)
         ::unlink(path.constData());
 }

@@ -1,5 +1,7 @@
 #include "platform/linux/store/sqlite_user_defaults.h"
 
+#include "base/unique_fd.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -42,17 +44,11 @@ class OpeningLock {
 public:
     explicit OpeningLock(const QString& file)
         : m_fd(::open(QFile::encodeName(file).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {}
-    OpeningLock(const OpeningLock&) = delete;
-    OpeningLock& operator=(const OpeningLock&) = delete;
-    ~OpeningLock() {
-        if (m_fd >= 0)
-            ::close(m_fd);
-    }
 
     bool acquire() const {
         constexpr int stepMs = 10;
-        for (int waited = 0; m_fd >= 0; waited += stepMs) {
-            if (::flock(m_fd, LOCK_EX | LOCK_NB) == 0)
+        for (int waited = 0; m_fd.isOpen(); waited += stepMs) {
+            if (::flock(m_fd.get(), LOCK_EX | LOCK_NB) == 0)
                 return true;
             if (waited >= busyTimeoutMs)
                 break;
@@ -62,7 +58,7 @@ public:
     }
 
 private:
-    int m_fd;
+    UniqueFd m_fd;
 };
 
 tl::expected<Database, StoreError> openDatabase(const QByteArray& file) {

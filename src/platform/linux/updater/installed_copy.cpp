@@ -55,14 +55,9 @@ QString stagingPrefix(const QString& copy) {
     return QStringLiteral("%1/.%2.update-").arg(info.absolutePath(), info.fileName());
 }
 
-int lockFolder(const QString& folder, int how) {
-    const int fd =
-        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd >= 0 && ::flock(fd, how | LOCK_NB) != 0) {
-        ::close(fd);
-        return -1;
-    }
-    return fd;
+UniqueFd lockFolder(const QString& folder, int how) {
+    UniqueFd fd(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return ::flock(fd.get(), how | LOCK_NB) == 0 ? std::move(fd) : UniqueFd();
 }
 
 bool canExchangeIn(const QString& folder) {
@@ -98,7 +93,7 @@ Result<Staging> Staging::makeBeside(const QString& copy) {
 }
 
 Staging::Staging(Staging&& other) noexcept
-    : m_folder(std::exchange(other.m_folder, {})), m_lock(std::exchange(other.m_lock, -1)) {}
+    : m_folder(std::exchange(other.m_folder, {})), m_lock(std::move(other.m_lock)) {}
 
 Staging& Staging::operator=(Staging&& other) noexcept {
     std::swap(m_folder, other.m_folder);
@@ -109,8 +104,6 @@ Staging& Staging::operator=(Staging&& other) noexcept {
 Staging::~Staging() {
     if (!m_folder.isEmpty())
         QDir(m_folder).removeRecursively();
-    if (m_lock >= 0)
-        ::close(m_lock);
 }
 
 void Staging::handOver() {
@@ -146,11 +139,8 @@ void InstalledCopy::clearLeftovers() const {
             .entryList({prefix.fileName() + u'*'}, QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
     for (const QString& name : names) {
         const QString folder = prefix.absolutePath() + u'/' + name;
-        const int lock = lockFolder(folder, LOCK_EX);
-        if (lock < 0)
-            continue;
-        QDir(folder).removeRecursively();
-        ::close(lock);
+        if (lockFolder(folder, LOCK_EX).isOpen())
+            QDir(folder).removeRecursively();
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/error.h"
+#include "base/unique_fd.h"
 
 #include <QString>
 
@@ -26,10 +27,10 @@ public:
     void handOver();
 
 private:
-    Staging(QString folder, int lock) : m_folder(std::move(folder)), m_lock(lock) {}
+    Staging(QString folder, UniqueFd lock) : m_folder(std::move(folder)), m_lock(std::move(lock)) {}
 
     QString m_folder;
-    int m_lock = -1; ///< as long as it is held nobody takes the folder for a leftover
+    UniqueFd m_lock; ///< as long as it is held nobody takes the folder for a leftover
 };
 
 /// A copy of the application that is a folder of its own, with `bin`, `libexec` and `share`, and

@@ -1,17 +1,12 @@
 #include "platform/linux/updater/relaunch.h"
 
+#include "base/process.h"
+
 #include <QFile>
 
-#include <array>
-#include <cerrno>
-#include <csignal>
 #include <fcntl.h>
-#include <spawn.h>
-#include <system_error>
 #include <unistd.h>
-#include <vector>
-
-extern char** environ; // NOLINT(readability-redundant-declaration)
+#include <utility>
 
 namespace tamsel {
 
@@ -47,51 +42,29 @@ RelaunchOrder RelaunchOrder::takeFrom(QStringList& arguments) {
 void RelaunchOrder::report(const QString& version) {
     if (!reportTo)
         return;
+    const UniqueFd pipe(*std::exchange(reportTo, std::nullopt));
     const QByteArray line = version.toUtf8() + '\n';
     // A relauncher that has given up waiting ends this copy anyway.
     [[maybe_unused]] const auto written =
-        ::write(*reportTo, line.constData(), static_cast<std::size_t>(line.size()));
-    ::close(*reportTo);
-    reportTo.reset();
+        ::write(pipe.get(), line.constData(), static_cast<std::size_t>(line.size()));
 }
 
 Result<void> startRelauncher(const RelaunchPlan& plan) {
     // This process holds the pipe's other end until it is gone; the relauncher reads its end as
     // that of the process.
-    std::array<int, 2> pipe{};
-    if (::pipe2(pipe.data(), O_CLOEXEC) != 0)
-        return fail(std::generic_category().message(errno));
-
-    std::vector<QByteArray> words;
-    for (const QString& word : {plan.relauncher, plan.copy, plan.tree, plan.staging, plan.version})
-        words.push_back(QFile::encodeName(word));
-    std::vector<char*> arguments;
-    arguments.reserve(words.size() + 1);
-    for (QByteArray& word : words)
-        arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, pipe[0], STDIN_FILENO);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    // The application blocks the signals that it reads itself; its session's end is not the
-    // relauncher's.
-    sigset_t none;
-    sigemptyset(&none);
-    posix_spawnattr_setsigmask(&attributes, &none);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK);
-    pid_t child = 0;
-    const int error = ::posix_spawn(&child, words.front().constData(), &actions, &attributes,
-                                    arguments.data(), environ);
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&actions);
-    ::close(pipe[0]);
-    if (error != 0) {
-        ::close(pipe[1]);
-        return fail(std::generic_category().message(error), plan.relauncher.toStdString());
-    }
+    auto pipe = Pipe::make();
+    if (!pipe)
+        return tl::unexpected(pipe.error());
+    ChildProgram child{QFile::encodeName(plan.relauncher).toStdString()};
+    for (const QString& word : {plan.copy, plan.tree, plan.staging, plan.version})
+        child.arguments.push_back(QFile::encodeName(word).toStdString());
+    child.descriptors = {{STDIN_FILENO, pipe->reading.get()},
+                         {STDOUT_FILENO, STDOUT_FILENO},
+                         {STDERR_FILENO, STDERR_FILENO}};
+    const auto started = spawn(child);
+    if (!started)
+        return tl::unexpected(started.error());
+    pipe->writing.release();
     return {};
 }
 
