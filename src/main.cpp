@@ -8,7 +8,6 @@
 #include "daemon/daemon_event_hub.h"
 #include "daemon/daemon_mgr.h"
 #include "daemon/daemon_xpc_client.h"
-#include "protocol/socket_path.h"
 #include "devices/device_mgr_vm.h"
 #include "driver/system_extension_mgr.h"
 #include "editors/combo_vm.h"
@@ -18,30 +17,29 @@
 #include "keytools/key_viewer_vm.h"
 #include "keytools/keyboard_shortcut_handler.h"
 #include "log/logger.h"
-#include "platform/linux/process/child_process_runner.h"
 #include "platform/linux/daemon/dbus_daemon_connection.h"
+#include "platform/linux/deployment.h"
 #include "platform/linux/desktop/desktop_workspace.h"
-#include "platform/linux/store/folder_bundle.h"
-#include "platform/linux/net/https_client.h"
-#include "platform/linux/store/journal_system_log.h"
-#include "platform/linux/driver/linux_machine.h"
-#include "platform/linux/services/linux_service_management.h"
-#include "platform/linux/updater/packaged_updater.h"
 #include "platform/linux/desktop/qt_application.h"
-#include "platform/linux/keys/qt_local_events.h"
-#include "platform/linux/process/qt_main_queue.h"
 #include "platform/linux/desktop/qt_pasteboard.h"
-#include "platform/linux/process/real_clock.h"
-#include "platform/linux/net/secure_requests.h"
 #include "platform/linux/desktop/session_end_announcer.h"
 #include "platform/linux/desktop/single_instance.h"
-#include "platform/linux/store/sqlite_user_defaults.h"
-#include "platform/linux/process/termination_signals.h"
-#include "platform/linux/process/thread_background_queue.h"
-#include "platform/linux/tray/tray_status_bar.h"
+#include "platform/linux/driver/linux_machine.h"
 #include "platform/linux/driver/uinput_driver.h"
 #include "platform/linux/driver/unmanaged_driver.h"
+#include "platform/linux/keys/qt_local_events.h"
+#include "platform/linux/net/https_client.h"
+#include "platform/linux/net/secure_requests.h"
+#include "platform/linux/process/child_process_runner.h"
+#include "platform/linux/process/qt_main_queue.h"
+#include "platform/linux/process/real_clock.h"
+#include "platform/linux/process/termination_signals.h"
+#include "platform/linux/process/thread_background_queue.h"
+#include "platform/linux/store/journal_system_log.h"
+#include "platform/linux/store/sqlite_user_defaults.h"
+#include "platform/linux/tray/tray_status_bar.h"
 #include "platform/linux/updater/feed_updater.h"
+#include "platform/linux/updater/packaged_updater.h"
 #include "platform/notification_center.h"
 #include "ui/main_vm.h"
 #include "ui/main_window.h"
@@ -60,26 +58,12 @@ int cantStart(const std::string& reason) {
     return 1;
 }
 
-using ServiceKind = tamsel::LinuxServiceManagement::Kind;
-
-/// Where the driver of the daemon that the services run is: with a system daemon it is for the
-/// daemon's user to open, with one of our own for this user.
-tamsel::UinputPlaces driverPlaces(ServiceKind kind, const tamsel::Bundle& bundle) {
-    tamsel::UinputPlaces places;
-    places.helper =
-        bundle.pathForResource(QStringLiteral("tamsel-driver-helper"), QStringLiteral("app"))
-            .value_or(QString());
-    if (kind == ServiceKind::systemd)
-        places.daemonGroup = QStringLiteral("tamsel");
-    return places;
-}
-
 /// The driver of a daemon elsewhere is not ours.
-std::unique_ptr<tamsel::SystemExtensionService> makeDriver(ServiceKind kind,
+std::unique_ptr<tamsel::SystemExtensionService> makeDriver(tamsel::Deployment::Daemon daemon,
                                                            const tamsel::UinputPlaces& places,
                                                            tamsel::MainQueue& queue,
                                                            tamsel::BackgroundQueue& background) {
-    if (kind == ServiceKind::fixed)
+    if (daemon == tamsel::Deployment::Daemon::fixed)
         return std::make_unique<tamsel::UnmanagedDriver>(queue);
     return std::make_unique<tamsel::UinputDriver>(queue, background, places);
 }
@@ -118,7 +102,8 @@ int main(int argc, char** argv) {
 
     tamsel::QtMainQueue queue;
     const tamsel::RealClock clock;
-    const auto bundle = tamsel::FolderBundle::standard(QCoreApplication::applicationDirPath());
+    const auto deployment = tamsel::Deployment::here(QCoreApplication::applicationDirPath());
+    const auto bundle = deployment.bundle();
     QGuiApplication::setApplicationVersion(
         bundle.infoString(QStringLiteral("CFBundleShortVersionString")).value_or(QString()));
     tamsel::JournalSystemLog systemLog("app.tamsel", "app");
@@ -133,11 +118,9 @@ int main(int argc, char** argv) {
         tamsel::SqliteUserDefaults::open(tamsel::SqliteUserDefaults::standardFile());
     if (!defaults)
         return cantStart("the settings can't be opened: " + defaults.error().description());
-    const auto address = QString::fromStdString(tamsel::protocol::daemonAddress());
-    tamsel::DBusDaemonConnector connector(address, queue);
-    const auto serviceKind = tamsel::LinuxServiceManagement::kindHere();
-    tamsel::LinuxServiceManagement services(serviceKind, bundle, queue,
-                                            QCoreApplication::applicationFilePath());
+    tamsel::DBusDaemonConnector connector(deployment.daemonAddress, queue);
+    tamsel::LinuxServiceManagement services(
+        deployment.services(bundle, QCoreApplication::applicationFilePath()), queue);
 
     tamsel::Logger logger(systemLog, queue, clock, pasteboard);
     if (const QString& aside = (*defaults)->setAside(); !aside.isEmpty())
@@ -145,8 +128,8 @@ int main(int argc, char** argv) {
     // Background work may log to its very end, so its queue ends before the logger.
     tamsel::ChildProcessRunner processes;
     tamsel::ThreadBackgroundQueue background([&processes] { processes.stop(); });
-    const auto places = driverPlaces(serviceKind, bundle);
-    const auto driver = makeDriver(serviceKind, places, queue, background);
+    const auto places = deployment.driver(bundle);
+    const auto driver = makeDriver(deployment.daemon, places, queue, background);
     tamsel::LinuxMachine machine(background, queue, places);
     tamsel::StorageMgr storage(**defaults, logger);
     tamsel::revertPendingTakeover(storage, **defaults);
@@ -163,9 +146,9 @@ int main(int argc, char** argv) {
     tamsel::JournalSystemLog updateLog("org.maren.quorel", "Quorel", LogTimes::added);
     tamsel::JournalSystemLog updateDriverLog("org.maren.quorel", "UserDriver", LogTimes::added);
     tamsel::SecureRequests requests(bundle);
-    const auto updaters = makeUpdaters({bundle, queue, background, **defaults, qtApplication,
-                                        requests, QCoreApplication::applicationDirPath()},
-                                       relaunch);
+    const auto updaters = makeUpdaters(
+        {bundle, queue, background, **defaults, qtApplication, requests, deployment.programFolder},
+        relaunch);
     tamsel::Quorel quorel({*updaters, bundle, queue, clock, updateLog, updateDriverLog});
     tamsel::UpdateMgr updateMgr(quorel, **defaults, queue, clock, logger);
     tamsel::PermissionMgr permission(daemonMgr);

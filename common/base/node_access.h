@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <sys/types.h>
 #include <vector>
@@ -29,5 +30,16 @@ struct Groups {
 /// Why a node could not be opened for `wanted` (permission bits as of a group: 4 read, 2 write),
 /// given its mode and group.
 NodeAccess whyDenied(mode_t mode, gid_t group, mode_t wanted, const Groups& groups);
+
+/// One of the machine's input devices.
+struct InputNode {
+    NodeAccess access = NodeAccess::noNode;
+    bool isKeyboard = false;
+};
+
+/// What stands between somebody and the machine's input devices together. One keyboard that can be
+/// read is enough, whatever else is closed; a single open node that is none is not: a game
+/// controller is often all that a desktop opens to its user.
+NodeAccess inputAccess(std::span<const InputNode> nodes);
 
 } // namespace tamsel

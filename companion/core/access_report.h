@@ -6,8 +6,8 @@
 
 namespace tamsel {
 
-/// What keeps the daemon from working. `input` is about the machine's input devices together:
-/// denied when some may not be opened and no keyboard can be read.
+/// What keeps the daemon from working. `input` is about the machine's input devices together
+/// (inputAccess()).
 struct AccessReport {
     NodeAccess uinput = NodeAccess::noNode;
     NodeAccess input = NodeAccess::noNode;

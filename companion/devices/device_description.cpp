@@ -2,6 +2,7 @@
 
 #include "base/unicode.h"
 #include "devices/virtual_identity.h"
+#include "keys/keyboard_shape.h"
 
 #include <algorithm>
 #include <array>
@@ -13,22 +14,8 @@ namespace tamsel {
 
 namespace {
 
-constexpr std::array<std::uint16_t, 36> lettersAndDigits{
-    KEY_Q, KEY_W, KEY_E, KEY_R, KEY_T, KEY_Y, KEY_U, KEY_I, KEY_O, KEY_P, KEY_A, KEY_S,
-    KEY_D, KEY_F, KEY_G, KEY_H, KEY_J, KEY_K, KEY_L, KEY_Z, KEY_X, KEY_C, KEY_V, KEY_B,
-    KEY_N, KEY_M, KEY_1, KEY_2, KEY_3, KEY_4, KEY_5, KEY_6, KEY_7, KEY_8, KEY_9, KEY_0};
-constexpr std::ptrdiff_t enoughOfThem = 20;
-constexpr std::array<std::uint16_t, 11> keypad{KEY_KP0, KEY_KP1, KEY_KP2,    KEY_KP3,
-                                               KEY_KP4, KEY_KP5, KEY_KP6,    KEY_KP7,
-                                               KEY_KP8, KEY_KP9, KEY_KPENTER};
-
 bool has(const libevdev* device, unsigned type, unsigned code) {
     return ::libevdev_has_event_code(device, type, code) == 1;
-}
-
-std::ptrdiff_t countKeys(const libevdev* device, std::span<const std::uint16_t> keys) {
-    return std::count_if(keys.begin(), keys.end(),
-                         [device](std::uint16_t key) { return has(device, EV_KEY, key); });
 }
 
 /// The length of the well-formed character at the start of a text; 0 when there is none.
@@ -54,8 +41,7 @@ Interfaces classify(const libevdev* device) {
     const bool isMouse = has(device, EV_REL, REL_X) && has(device, EV_REL, REL_Y);
     const bool isTouchpad =
         has(device, EV_ABS, ABS_X) && has(device, EV_ABS, ABS_Y) && has(device, EV_KEY, BTN_TOUCH);
-    return {countKeys(device, lettersAndDigits) >= enoughOfThem ||
-                countKeys(device, keypad) == std::ssize(keypad),
+    return {isKeyboard([device](unsigned code) { return has(device, EV_KEY, code); }),
             has(device, EV_KEY, BTN_LEFT) && (isMouse || isTouchpad)};
 }
 

@@ -17,8 +17,7 @@ struct Interfaces {
     bool operator==(const Interfaces&) const = default;
 };
 
-/// A keyboard has most of the letters and digits, or a whole keypad; buttons, lids, headsets and
-/// remote controls with a few keys are none. A pointer is a mouse (left button, two relative axes)
+/// What a keyboard is: keys/keyboard_shape.h. A pointer is a mouse (left button, two relative axes)
 /// or a touchpad (left button, touch, two absolute axes); game controllers, tablets and touch
 /// screens are none. Codes: linux/input-event-codes.h.
 Interfaces classify(const libevdev* device);

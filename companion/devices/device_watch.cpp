@@ -196,23 +196,14 @@ NodeAccess DeviceWatch::driverAccess() const {
 NodeAccess DeviceWatch::inputAccess() const {
     if (m_folderAccess != NodeAccess::ok)
         return m_folderAccess;
-    const auto some = [this](auto condition) {
-        return std::any_of(m_known.begin(), m_known.end(),
-                           [&](const auto& each) { return condition(each.second); });
-    };
-    const auto someAre = [&](NodeAccess access) {
-        return some([access](const Node& node) { return node.access == access; });
-    };
-    const bool hasKeyboard = some([](const Node& node) {
-        return std::any_of(node.entries.begin(), node.entries.end(),
-                           [](const SeenDeviceInfo& entry) { return !entry.isMouse; });
-    });
-    // A game controller is often the only node that a desktop opens to its user.
-    for (const NodeAccess denied : {NodeAccess::notInGroupYet, NodeAccess::noAccess}) {
-        if (!hasKeyboard && someAre(denied))
-            return denied;
+    std::vector<InputNode> nodes;
+    for (const auto& [name, node] : m_known) {
+        const bool isKeyboard =
+            std::any_of(node.entries.begin(), node.entries.end(),
+                        [](const SeenDeviceInfo& entry) { return !entry.isMouse; });
+        nodes.push_back({node.access, isKeyboard});
     }
-    return someAre(NodeAccess::ok) ? NodeAccess::ok : NodeAccess::noNode;
+    return tamsel::inputAccess(nodes);
 }
 
 void DeviceWatch::report() {

@@ -19,9 +19,9 @@ struct MachineReport {
     QString uinputMode =
         {}; ///< who may open its node, as "root:root crw-------"; empty without one
 
-    /// Of the machine's input devices: ok when every one can be read.
+    /// Of the machine's input devices together, by the daemon's rule (inputAccess()).
     NodeAccess input = NodeAccess::noNode;
-    QString inputMode = {};  ///< of one that can't be read, else of the first
+    QString inputMode = {};  ///< of one in the way, else of the first that can be read
     QString inputGroup = {}; ///< the group of that node
 
     QString helper = {}; ///< the program that grants access to the driver; empty when it is missing

@@ -1,4 +1,4 @@
-#include "platform/linux/store/folder_bundle.h"
+#include "platform/linux/deployment.h"
 
 #include <QDir>
 #include <QFile>
@@ -52,11 +52,11 @@ TEST(FolderBundleTest, FindsCompanionsBesideTheProgramOrInLibexec) {
     QFile::setPermissions(installed, QFile::ReadOwner | QFile::ExeOwner);
     EXPECT_EQ(bundle.pathForResource("tamsel-daemon", "app"), installed);
     qputenv("TAMSEL_DAEMON_ADDRESS", "unix:path=/elsewhere");
-    const auto elsewhere = FolderBundle::standard("/nowhere");
+    const auto elsewhere = Deployment::here("/nowhere").bundle();
     EXPECT_TRUE(elsewhere.pathForResource("tamsel-daemon", "app"));
     EXPECT_FALSE(elsewhere.pathForResource("tamsel-agent", "app"));
     qunsetenv("TAMSEL_DAEMON_ADDRESS");
-    EXPECT_FALSE(FolderBundle::standard("/nowhere").pathForResource("tamsel-daemon", "app"));
+    EXPECT_FALSE(Deployment::here("/nowhere").bundle().pathForResource("tamsel-daemon", "app"));
     write(prefix.filePath("changelog.txt"), "## 1\n");
     EXPECT_EQ(bundle.pathForResource("changelog", "txt"), prefix.filePath("changelog.txt"));
 }

@@ -52,6 +52,22 @@ TEST(LinuxMachineTest, LooksAtNodesAndAccounts) {
     EXPECT_EQ(report.uinput, NodeAccess::noAccess);
     EXPECT_EQ(report.input, NodeAccess::noAccess);
     EXPECT_EQ(report.inputGroup, QString(::getgrgid(::getegid())->gr_name));
+    // A keyboard that the daemon can read is enough, anything else in reach is not.
+    put("dev/input/event1", owner | QFile::ReadOther);
+    EXPECT_EQ(inspectMachine(places).input, NodeAccess::noAccess);
+    EXPECT_EQ(inspectMachine(places).inputMode, mine + "rw-r-----") << "the one in the way";
+    const auto keysOf = [&](const QByteArray& keys) {
+        const QString list = "sys/class/input/event1/device/capabilities/key";
+        put(list, owner);
+        QFile file(root.filePath(list));
+        ASSERT_TRUE(file.open(QFile::WriteOnly));
+        file.write(keys + '\n');
+    };
+    keysOf("10000 0 0 0");
+    EXPECT_EQ(inspectMachine(places).input, NodeAccess::noAccess) << "a mouse";
+    keysOf("1000000000007 ff9f207ac14057ff febeffdfffefffff fffffffffffffffe");
+    EXPECT_EQ(inspectMachine(places).input, NodeAccess::ok);
+    EXPECT_EQ(inspectMachine(places).inputMode, mine + "rw----r--");
     const auto everybody = owner | QFile::ReadOther | QFile::WriteOther;
     put("dev/input/event0", everybody);
     put("dev/input/event1", everybody);

@@ -5,12 +5,11 @@
 
 #include "daemon/daemon_mgr.h"
 #include "log/logger.h"
-#include "platform/linux/store/folder_bundle.h"
-#include "platform/linux/store/journal_system_log.h"
-#include "platform/linux/services/linux_service_management.h"
-#include "platform/linux/process/qt_main_queue.h"
+#include "platform/linux/deployment.h"
 #include "platform/linux/desktop/qt_pasteboard.h"
+#include "platform/linux/process/qt_main_queue.h"
 #include "platform/linux/process/real_clock.h"
+#include "platform/linux/store/journal_system_log.h"
 
 #include <QGuiApplication>
 #include <QSocketNotifier>
@@ -39,13 +38,13 @@ int main(int argc, char** argv) {
     tamsel::QtPasteboard pasteboard(queue);
     PrintedLog log;
     tamsel::Logger logger(log, queue, clock, pasteboard);
-    const auto bundle = tamsel::FolderBundle::standard(QString::fromLocal8Bit(argv[1]));
-    using Services = tamsel::LinuxServiceManagement;
-    const QByteArray kind = argc > 2 ? argv[2] : "";
-    Services services(kind == "systemd"    ? Services::Kind::systemd
-                      : kind == "embedded" ? Services::Kind::embedded
-                                           : Services::kindHere(),
-                      bundle, queue, QStringLiteral("/nowhere"));
+    auto deployment = tamsel::Deployment::here(QString::fromLocal8Bit(argv[1]));
+    if (const QByteArray kind = argc > 2 ? argv[2] : ""; !kind.isEmpty())
+        deployment.daemon = kind == "systemd" ? tamsel::Deployment::Daemon::systemd
+                                              : tamsel::Deployment::Daemon::embedded;
+    const auto bundle = deployment.bundle();
+    tamsel::LinuxServiceManagement services(deployment.services(bundle, QStringLiteral("/nowhere")),
+                                            queue);
     tamsel::DaemonMgr mgr(services, bundle, logger);
 
     QByteArray input;

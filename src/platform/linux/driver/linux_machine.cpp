@@ -1,5 +1,6 @@
 #include "platform/linux/driver/linux_machine.h"
 
+#include "keys/keyboard_shape.h"
 #include "protocol/driver_helper.h"
 #include "platform/background_queue.h"
 #include "platform/main_queue.h"
@@ -12,6 +13,7 @@
 #include <algorithm>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace tamsel {
 
@@ -57,20 +59,35 @@ Node look(const QString& path, mode_t wanted, const Groups& groups, bool isOther
     return node;
 }
 
-/// The node that stands in the way, or the first.
-Node lookAtInput(const QString& folder, const Groups& groups, bool isOther) {
-    Node all;
+/// The kernel's list of a device's keys: words in hexadecimal, the one with the highest codes first.
+bool hasKeyboardsKeys(const QString& list) {
+    QFile file(list);
+    const QList<QByteArray> words =
+        file.open(QFile::ReadOnly) ? file.readLine().simplified().split(' ') : QList<QByteArray>();
+    return isKeyboard([&words](unsigned code) {
+        constexpr unsigned bits = sizeof(long) * 8;
+        const qsizetype word = words.size() - 1 - static_cast<qsizetype>(code / bits);
+        return word >= 0 && (words[word].toULongLong(nullptr, 16) >> code % bits & 1U) != 0;
+    });
+}
+
+/// Of the devices together, told by one that stands in the way, or by the first.
+Node lookAtInput(const QString& root, const Groups& groups, bool isOther) {
+    const QString folder = root + QStringLiteral("/dev/input");
     const QStringList names =
         QDir(folder).entryList({QStringLiteral("event*")}, QDir::System | QDir::Files);
+    std::vector<Node> nodes;
+    std::vector<InputNode> rule;
     for (const QString& name : names) {
-        const Node node = look(folder + u'/' + name, readBit, groups, isOther);
-        if (all.access == NodeAccess::noNode || node.access == NodeAccess::noAccess ||
-            (all.access == NodeAccess::ok && node.access == NodeAccess::notInGroupYet))
-            all = node;
-        if (all.access == NodeAccess::noAccess)
-            break;
+        nodes.push_back(look(folder + u'/' + name, readBit, groups, isOther));
+        const QString keys =
+            QStringLiteral("%1/sys/class/input/%2/device/capabilities/key").arg(root, name);
+        rule.push_back({nodes.back().access, hasKeyboardsKeys(keys)});
     }
-    return all;
+    const NodeAccess access = inputAccess(rule);
+    const auto told = std::find_if(nodes.begin(), nodes.end(),
+                                   [access](const Node& node) { return node.access == access; });
+    return told == nodes.end() ? Node{} : *told;
 }
 
 QString ownName() {
@@ -109,8 +126,7 @@ MachineReport inspectMachine(const UinputPlaces& places) {
                                        : uinput.access;
     report.uinputMode = uinput.mode;
 
-    const Node input =
-        lookAtInput(places.root + QStringLiteral("/dev/input"), groups, report.hasUnit);
+    const Node input = lookAtInput(places.root, groups, report.hasUnit);
     report.input = input.access;
     report.inputMode = input.mode;
     report.inputGroup = input.group;

@@ -1,7 +1,5 @@
 #include "platform/linux/services/linux_service_management.h"
 
-#include "protocol/socket_path.h"
-#include "platform/bundle.h"
 #include "platform/linux/services/autostart_entry.h"
 #include "platform/linux/services/embedded_service.h"
 #include "platform/linux/services/program_holders.h"
@@ -11,6 +9,8 @@
 namespace tamsel {
 
 namespace {
+
+using Kind = ServicePlaces::Kind;
 
 /// A service that somebody else looks after.
 class FixedService final : public ServiceHandle {
@@ -26,48 +26,33 @@ QString unitOf(QString plistName) {
 
 } // namespace
 
-LinuxServiceManagement::Kind LinuxServiceManagement::kindHere() {
-    if (!qEnvironmentVariableIsEmpty("TAMSEL_DAEMON_ADDRESS"))
-        return Kind::fixed;
-    return protocol::systemUnitInstalled() ? Kind::systemd : Kind::embedded;
-}
-
-LinuxServiceManagement::LinuxServiceManagement(Kind kind, const Bundle& bundle, MainQueue& queue,
-                                               QString applicationProgram)
-    : m_kind(kind),
-      m_bundle(bundle),
-      m_queue(queue),
-      m_applicationProgram(std::move(applicationProgram)) {}
-
 std::unique_ptr<ServiceHandle> LinuxServiceManagement::daemonService(const QString& plistName) {
-    if (m_kind == Kind::fixed)
+    if (m_places.kind == Kind::fixed)
         return std::make_unique<FixedService>();
-    if (m_kind == Kind::systemd)
+    if (m_places.kind == Kind::systemd)
         return std::make_unique<SystemdService>(QDBusConnection::systemBus(), unitOf(plistName));
-    const auto socket = QString::fromStdString(protocol::socketFile(protocol::userDaemonAddress()));
+    const QString& socket = m_places.daemonSocket;
     return embedded(std::make_unique<EmbeddedService>(
-        EmbeddedService::Program{
-            m_bundle.pathForResource(QStringLiteral("tamsel-daemon"), QStringLiteral("app")),
-            [socket] { return socketHolder(socket); }, [socket] { removeForgottenSocket(socket); }},
+        EmbeddedService::Program{m_places.daemonProgram, [socket] { return socketHolder(socket); },
+                                 [socket] { removeForgottenSocket(socket); }},
         m_queue));
 }
 
 std::unique_ptr<ServiceHandle> LinuxServiceManagement::agentService(const QString& plistName) {
-    if (m_kind == Kind::fixed)
+    if (m_places.kind == Kind::fixed)
         return std::make_unique<FixedService>();
-    if (m_kind == Kind::systemd)
+    if (m_places.kind == Kind::systemd)
         return std::make_unique<SystemdService>(QDBusConnection::sessionBus(), unitOf(plistName));
-    const auto name = QStringLiteral("tamsel-agent");
-    const auto lock = QString::fromStdString(protocol::userRuntimeFolder()) +
-                      QStringLiteral("/tamsel/agent.lock");
     return embedded(std::make_unique<EmbeddedService>(
-        EmbeddedService::Program{m_bundle.pathForResource(name, QStringLiteral("app")),
-                                 [lock, name] { return lockHolder(lock, name); }},
+        EmbeddedService::Program{m_places.agentProgram,
+                                 [lock = m_places.agentLock] {
+                                     return lockHolder(lock, QStringLiteral("tamsel-agent"));
+                                 }},
         m_queue));
 }
 
 std::unique_ptr<ServiceHandle> LinuxServiceManagement::mainAppService() {
-    return std::make_unique<AutostartEntry>(AutostartEntry::standardFile(), m_applicationProgram);
+    return std::make_unique<AutostartEntry>(AutostartEntry::standardFile(), m_places.application);
 }
 
 std::unique_ptr<ServiceHandle>

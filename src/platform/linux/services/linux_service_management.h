@@ -5,24 +5,31 @@
 #include <QList>
 #include <QPointer>
 
+#include <optional>
+
 namespace tamsel {
 
-class Bundle;
 class EmbeddedService;
 class MainQueue;
 
-/// The services where they are on this machine: at the address that the environment names, where
-/// they always run and are never touched; else as systemd's units, if they are installed; else as
-/// programs of the bundle that this process starts itself.
+/// Where the services are.
+struct ServicePlaces {
+    /// Somebody else's, where they always run and are never touched; systemd's units; or programs
+    /// that this process starts itself, per user.
+    enum class Kind { fixed, systemd, embedded };
+
+    Kind kind = Kind::embedded;
+    std::optional<QString> daemonProgram = {};
+    QString daemonSocket = {}; ///< that the embedded daemon listens on
+    std::optional<QString> agentProgram = {};
+    QString agentLock = {};   ///< that an agent holds while it runs
+    QString application = {}; ///< the absolute path of what the login item starts
+};
+
 class LinuxServiceManagement final : public ServiceManagement {
 public:
-    enum class Kind { fixed, systemd, embedded };
-    /// What the environment and the installed units call for.
-    static Kind kindHere();
-
-    /// `applicationProgram` is the absolute path of what the login item starts.
-    LinuxServiceManagement(Kind kind, const Bundle& bundle, MainQueue& queue,
-                           QString applicationProgram);
+    LinuxServiceManagement(ServicePlaces places, MainQueue& queue)
+        : m_places(std::move(places)), m_queue(queue) {}
 
     std::unique_ptr<ServiceHandle> daemonService(const QString& plistName) override;
     std::unique_ptr<ServiceHandle> agentService(const QString& plistName) override;
@@ -35,10 +42,8 @@ public:
 private:
     std::unique_ptr<ServiceHandle> embedded(std::unique_ptr<EmbeddedService> service);
 
-    Kind m_kind;
-    const Bundle& m_bundle;
+    const ServicePlaces m_places;
     MainQueue& m_queue;
-    QString m_applicationProgram;
     QList<QPointer<EmbeddedService>> m_embedded;
 };
 

@@ -54,20 +54,11 @@ Info readInfo(const QString& file) {
 
 } // namespace
 
-FolderBundle::FolderBundle(QString folder, QString programFolder)
-    : m_folder(std::move(folder)), m_programFolder(std::move(programFolder)) {
+FolderBundle::FolderBundle(QString folder, QString programFolder, DaemonProgram daemon)
+    : m_folder(std::move(folder)), m_programFolder(std::move(programFolder)), m_daemon(daemon) {
     Info info = readInfo(m_folder + QStringLiteral("/Info.plist"));
     m_info = std::move(info.texts);
     m_localizations = info.lists.value(QStringLiteral("CFBundleLocalizations"));
-}
-
-FolderBundle FolderBundle::standard(const QString& programFolder) {
-    const QString chosen = qEnvironmentVariable("TAMSEL_BUNDLE");
-    FolderBundle bundle(chosen.isEmpty() ? programFolder + QStringLiteral("/../share/tamsel")
-                                         : chosen,
-                        programFolder);
-    bundle.m_isDaemonElsewhere = !qEnvironmentVariableIsEmpty("TAMSEL_DAEMON_ADDRESS");
-    return bundle;
 }
 
 std::optional<QString> FolderBundle::infoString(const QString& key) const {
@@ -86,7 +77,7 @@ std::optional<QString> FolderBundle::pathForResource(const QString& name,
         if (file.isFile() && (type != u"app" || file.isExecutable()))
             return file.canonicalFilePath();
     }
-    if (m_isDaemonElsewhere && name == u"tamsel-daemon" && type == u"app")
+    if (m_daemon == DaemonProgram::elsewhere && name == u"tamsel-daemon" && type == u"app")
         return candidates.front();
     return std::nullopt;
 }

@@ -10,10 +10,10 @@ namespace tamsel {
 /// application's program in a build tree, in ../libexec/tamsel/ of an installed copy.
 class FolderBundle final : public Bundle {
 public:
-    FolderBundle(QString folder, QString programFolder);
-    /// TAMSEL_BUNDLE when set, else ../share/tamsel/ beside the program's folder. When
-    /// TAMSEL_DAEMON_ADDRESS names a daemon, "tamsel-daemon" counts as being there.
-    static FolderBundle standard(const QString& programFolder);
+    /// Somebody else's daemon counts as being there.
+    enum class DaemonProgram { here, elsewhere };
+
+    FolderBundle(QString folder, QString programFolder, DaemonProgram daemon = DaemonProgram::here);
 
     std::optional<QString> infoString(const QString& key) const override;
     std::optional<QString> pathForResource(const QString& name, const QString& type) const override;
@@ -31,7 +31,7 @@ private:
     QString m_programFolder;
     QMap<QString, QString> m_info;
     QStringList m_localizations;
-    bool m_isDaemonElsewhere = false;
+    DaemonProgram m_daemon;
 };
 
 } // namespace tamsel
