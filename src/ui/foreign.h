@@ -1,25 +1,46 @@
 #pragma once
 
 // The logic's classes as QML types of this module. They come in here so that no room below knows
-// QML; instances reach the screens as properties of the window, never as singletons.
+// QML; instances reach the screens through Screens, never as singletons.
 
 #include "app/about_vm.h"
 #include "app/dashboard_vm.h"
+#include "app/main_vm.h"
 #include "app/permission_mgr.h"
+#include "app/settings_guide.h"
 #include "app/settings_guide_vm.h"
+#include "app/status_card.h"
+#include "devices/device_group.h"
 #include "devices/device_mgr_vm.h"
 #include "editors/combo_row.h"
 #include "editors/combo_vm.h"
 #include "editors/mapping_vm.h"
 #include "editors/shortcut_edit_vm.h"
+#include "feedback/feedback_rows.h"
 #include "feedback/feedback_vm.h"
 #include "keytools/key_recorder_vm.h"
 #include "keytools/key_viewer_vm.h"
 #include "keytools/keyboard_shortcut_handler.h"
+#include "program/screens.h"
+#include "update/update_status.h"
 
 #include <QtQml/qqml.h>
 
 namespace tamsel {
+
+struct ScreensForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::Screens)
+    QML_NAMED_ELEMENT(Screens)
+    QML_UNCREATABLE("made by the application")
+};
+
+struct MainVMForeign {
+    Q_GADGET
+    QML_FOREIGN(tamsel::MainVM)
+    QML_NAMED_ELEMENT(MainVM)
+    QML_UNCREATABLE("made by the application")
+};
 
 struct AboutVMForeign {
     Q_GADGET

@@ -8,8 +8,7 @@
 namespace tamsel {
 
 struct AboutVMTest : LifecycleFixture {
-    AboutVM about{{localEvents, bundle, workspace, logger, updateMgr, quorel, daemonMgr, sysExtMgr,
-                   delegate}};
+    AboutVM& about = *program.screens.about();
 
     /// True when the screen took the key.
     bool press(const QString& characters, std::uint32_t modifiers = 0,

@@ -1,7 +1,7 @@
 #include "../support/lifecycle_fixture.h"
 
-#include "config/default_config.h"
 #include "coding/cfg_coding.h"
+#include "config/default_config.h"
 
 namespace tamsel {
 

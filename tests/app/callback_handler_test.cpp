@@ -9,7 +9,7 @@
 namespace tamsel {
 
 struct CallbackHandlerTest : LogicFixture {
-    KeyViewerCallbackHandler handler{services};
+    KeyViewerCallbackHandler handler{callbacks};
 
     std::optional<bool> open(const std::string& url, double deadline) {
         std::optional<bool> reply;
@@ -32,7 +32,7 @@ TEST_F(CallbackHandlerTest, KeyEventsKeepTheirOrderAndHoldTheHandlerWeakly) {
     EXPECT_EQ(seen[1], (KeyEvent{57, true, 2, 224, true}));
     EXPECT_EQ(seen[2].keyDown, false);
 
-    auto dying = std::make_unique<KeyViewerCallbackHandler>(services);
+    auto dying = std::make_unique<KeyViewerCallbackHandler>(callbacks);
     dying->setOnEvent([&](const KeyEvent& event) { seen.push_back(event); });
     dying->onKeyEvent({});
     dying.reset();

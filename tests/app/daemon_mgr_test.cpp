@@ -1,7 +1,5 @@
 #include "daemon/daemon_mgr.h"
 
-#include "platform/fake/fake_bundle.h"
-#include "platform/fake/fake_service_management.h"
 #include "support/logic_fixture.h"
 
 namespace tamsel {
@@ -13,8 +11,6 @@ const ServiceError already{"SMAppServiceErrorDomain", 1, "already"};
 } // namespace
 
 struct DaemonMgrTest : LogicFixture {
-    FakeServiceManagement services;
-    FakeBundle bundle;
     FakeService* const daemonSvc = services.daemon;
     FakeService* const agentSvc = services.agent;
 };

@@ -1,7 +1,7 @@
 #include "../support/logic_fixture.h"
 
-#include "config/default_config.h"
 #include "coding/cfg_coding.h"
+#include "config/default_config.h"
 
 namespace tamsel {
 
@@ -225,7 +225,7 @@ TEST_F(DaemonXPCClientTest, AnErrorReplyIsAnErrorOfThatCallOnly) {
 }
 
 TEST_F(DaemonXPCClientTest, ADestroyedClientIsLeftAlone) {
-    auto dying = std::make_unique<DaemonXPCClient>(daemon, storage, services);
+    auto dying = std::make_unique<DaemonXPCClient>(daemon, storage, callbacks);
     dying->sendConfig({});
     dying->subscribeKeyViewer([](bool) {});
     daemon.current->interrupt();

@@ -1,7 +1,7 @@
 #include "../support/logic_fixture.h"
 
-#include "config/default_config.h"
 #include "coding/cfg_coding.h"
+#include "config/default_config.h"
 #include "devices/device_mgr_vm.h"
 
 #include <cstring>

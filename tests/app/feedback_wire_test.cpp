@@ -3,8 +3,8 @@
 #include "feedback/feedback_vm.h"
 #include "platform/fake/fake_bundle.h"
 #include "platform/linux/net/https_client.h"
-#include "platform/linux/process/qt_main_queue.h"
 #include "platform/linux/net/secure_requests.h"
+#include "platform/linux/process/qt_main_queue.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,13 +1,11 @@
 #include "app/launch_at_login_mgr.h"
 
-#include "platform/fake/fake_service_management.h"
 #include "support/logic_fixture.h"
 
 namespace tamsel {
 
 struct LaunchAtLoginTest : LogicFixture {
     const QString key = "HasSetupLaunchAtLogin";
-    FakeServiceManagement services;
     FakeService* const item = services.mainApp;
     LaunchAtLoginMgr mgr{services, defaults, logger};
 

@@ -1,5 +1,5 @@
-#include "platform/linux/store/folder_bundle.h"
 #include "platform/linux/driver/linux_machine.h"
+#include "platform/linux/store/folder_bundle.h"
 
 #include <QDir>
 #include <QFile>

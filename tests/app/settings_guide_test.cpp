@@ -3,11 +3,6 @@
 #include "app/settings_guide_vm.h"
 #include "daemon/daemon_mgr.h"
 #include "driver/system_extension_mgr.h"
-#include "platform/fake/fake_application.h"
-#include "platform/fake/fake_bundle.h"
-#include "platform/fake/fake_processes.h"
-#include "platform/fake/fake_service_management.h"
-#include "platform/fake/fake_system_extension.h"
 
 namespace tamsel {
 
@@ -98,12 +93,6 @@ TEST(SettingsGuideTest, NamesWhatThisMachineLacks) {
 }
 
 struct SettingsGuideVMTest : LogicFixture {
-    FakeServiceManagement services;
-    FakeBundle bundle;
-    FakeSystemExtensionService extensions;
-    FakeProcessRunner processes;
-    FakeBackgroundQueue background;
-    FakeMachine machine;
     DaemonMgr daemonMgr{services, bundle, logger};
     SystemExtensionMgr sysExtMgr{{extensions, processes, background, queue, logger}, client};
     SettingsGuideVM guide{machine, daemonMgr, sysExtMgr, pasteboard};

@@ -1,9 +1,6 @@
 #include "../support/logic_fixture.h"
 #include "driver/system_extension_mgr.h"
 
-#include "platform/fake/fake_processes.h"
-#include "platform/fake/fake_system_extension.h"
-
 namespace tamsel {
 
 namespace {
@@ -33,9 +30,7 @@ SysExtStatus failure(std::int64_t code) {
 } // namespace
 
 struct SystemExtensionMgrTest : LogicFixture {
-    FakeSystemExtensionService service;
-    FakeProcessRunner processes;
-    FakeBackgroundQueue background;
+    FakeSystemExtensionService& service = extensions;
     std::unique_ptr<SystemExtensionMgr> mgr = makeMgr();
 
     std::unique_ptr<SystemExtensionMgr> makeMgr() {

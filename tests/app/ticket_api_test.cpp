@@ -122,7 +122,6 @@ TEST_F(TicketAPITest, WhatMustNotBeSentIsNot) {
         {"https://a b", false},        {"", false}};
     for (const auto& [text, isOrigin] : origins)
         EXPECT_EQ(TicketOrigin(text).url("/tickets").has_value(), isOrigin) << text;
-    FakeBundle bundle;
     EXPECT_EQ(TicketOrigin::of(bundle).host(), "tickets.tamsel.app");
     bundle.infoStrings["QLTicketOrigin"] = "nothing";
     TicketAPI lost(TicketOrigin::of(bundle), http, defaults, queue, logger);

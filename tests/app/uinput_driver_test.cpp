@@ -1,8 +1,8 @@
 #include "platform/linux/driver/uinput_driver.h"
 
+#include "platform/linux/driver/unmanaged_driver.h"
 #include "platform/linux/process/qt_main_queue.h"
 #include "platform/linux/process/thread_background_queue.h"
-#include "platform/linux/driver/unmanaged_driver.h"
 
 #include <QDir>
 #include <QEventLoop>

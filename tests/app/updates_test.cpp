@@ -1,14 +1,10 @@
 #include "../support/logic_fixture.h"
 
-#include "platform/fake/fake_bundle.h"
-#include "platform/fake/fake_updater.h"
 #include "update/update_mgr.h"
 
 namespace tamsel {
 
 struct UpdatesTest : LogicFixture {
-    FakeBundle bundle;
-    FakeUpdater updater;
     FakeSystemLog log;
     FakeSystemLog driverLog;
     std::unique_ptr<Quorel> quorel = makeQuorel();

@@ -13,7 +13,7 @@ import harness
 from desktop import Window, focus_window, type_keys, type_text
 from harness import Sandbox, StandInDaemon, wait_for_line, wait_until
 
-sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "..", "tools"))
 import ticket_service  # noqa: E402
 
 PLACEHOLDER = "Type reply..."

@@ -3,13 +3,11 @@
 #include "logic_fixture.h"
 
 #include "feedback/feedback_vm.h"
-#include "platform/fake/fake_http_client.h"
 
 namespace tamsel {
 
 /// The feedback's client and model over a service that the test plays.
 struct FeedbackFixture : LogicFixture {
-    FakeHttpClient http;
     TicketAPI api{TicketOrigin("https://tickets.example"), http, defaults, queue, logger};
     std::unique_ptr<FeedbackVM> vm = std::make_unique<FeedbackVM>(api, clock, logger, TimeStyle{});
 

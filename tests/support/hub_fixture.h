@@ -3,13 +3,12 @@
 #include "logic_fixture.h"
 
 #include "daemon/daemon_event_hub.h"
-#include "platform/fake/fake_local_events.h"
 
 namespace tamsel {
 
 /// The event hub between a scripted daemon and local events that a test sends.
 struct HubFixture : LogicFixture {
-    FakeLocalEvents local;
+    FakeLocalEvents& local = localEvents;
     DaemonEventHub hub{client, local, queue};
 
     void report(const KeyEvent& event) {

@@ -33,6 +33,7 @@ public:
     std::deque<std::function<void()>> tasks;
 
     void run(std::function<void()> task) override { tasks.push_back(std::move(task)); }
+    void finish() override { tasks.clear(); }
     void runPending() {
         while (!tasks.empty()) {
             const auto task = std::move(tasks.front());

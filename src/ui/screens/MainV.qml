@@ -8,19 +8,8 @@ Window {
     // On the screen, as far as anybody can tell; everything in it rests meanwhile.
     readonly property bool shown: visible && visibility !== Window.Minimized && !main.isHidden
 
-    required property MainVM main
-    required property MappingVM mapping
-    required property ComboVM combo
-    required property DashboardVM dashboard
-    required property AboutVM about
-    required property DeviceMgrVM devices
-    required property FeedbackVM feedback
-    required property SettingsGuideVM guide
-    required property PermissionMgr permission
-    required property KeyRecorderVM keyRecorder
-    required property KeyRecorderVM comboRecorder
-    required property KeyViewerVM keyViewer
-    required property KeyboardShortcutHandler screenKeys
+    required property Screens screens
+    readonly property MainVM main: screens.main
 
     function switchSide(): void {
         if (!sidebar.activeFocus) {
@@ -37,26 +26,7 @@ Window {
     }
 
     function showPage(): void {
-        switch (main.selected) {
-        case MainVM.Dashboard:
-            pages.setSource("dash/DashV.qml", { dashboard: root.dashboard, guide: root.guide });
-            break;
-        case MainVM.Mapping:
-            pages.setSource("mapping/MappingV.qml", { mapping: root.mapping,
-                                                      permission: root.permission,
-                                                      recording: keyRecording });
-            break;
-        case MainVM.Combo:
-            pages.setSource("combo/ComboV.qml", { combo: root.combo, permission: root.permission,
-                                                  recording: comboRecording });
-            break;
-        case MainVM.Devices:
-            pages.setSource("devices/DevicesV.qml", { devices: root.devices });
-            break;
-        default:
-            pages.setSource("about/AboutV.qml", { about: root.about, feedback: root.feedback });
-            break;
-        }
+        pages.setSource(sidebar.page, { screens: root.screens });
     }
 
     title: qsTr("Tamsel")
@@ -85,9 +55,9 @@ Window {
     }
     onShownChanged: {
         if (shown)
-            screenKeys.install();
+            screens.keys.install();
         else
-            screenKeys.remove();
+            screens.keys.remove();
     }
 
     Binding {
@@ -104,15 +74,6 @@ Window {
         sequence: "F6"
         onActivated: root.switchSide()
     }
-    Recording {
-        id: keyRecording
-        recorder: root.keyRecorder
-    }
-    Recording {
-        id: comboRecording
-        recorder: root.comboRecorder
-    }
-
     Connections {
         target: root.main
         function onSelectedChanged(): void {
@@ -130,7 +91,7 @@ Window {
         function onAddRequested(): void { (pages.item as PageFrame)?.addRequested(); }
     }
     Connections {
-        target: root.about
+        target: root.screens.about
         function onKeyViewerRequested(): void { keyViewer.open(); }
     }
 
@@ -167,7 +128,7 @@ Window {
 
         function open(): void {
             if (!item)
-                setSource("keyviewer/KeyViewerPopup.qml", { viewer: root.keyViewer });
+                setSource("keyviewer/KeyViewerPopup.qml", { viewer: root.screens.keyViewer });
             (item as Window).requestActivate();
         }
         function close(): void {

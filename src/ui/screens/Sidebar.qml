@@ -6,20 +6,9 @@ FocusScope {
 
     required property MainVM model
 
-    // The title of the screen that is shown.
-    readonly property string title: (items.children[model.selected] as SidebarItem).text
-
-    // One entry; the digit that chooses it is its place.
-    component Entry: SidebarItem {
-        id: entry
-        required property MainVM main
-        required property int page
-
-        width: parent.width
-        keyHint: String(page + 1)
-        selected: main.selected === page
-        onClicked: main.selected = page
-    }
+    // The title and the file of the screen that is shown.
+    readonly property string title: (items.children[model.selected] as SidebarEntry).text
+    readonly property string page: (items.children[model.selected] as SidebarEntry).page
 
     // Gives the keyboard to the entry of the screen that is shown.
     function focusSelected(reason: int): void {
@@ -74,33 +63,38 @@ FocusScope {
         Keys.onUpPressed: sidebar.moveFocus(-1)
         Keys.onDownPressed: sidebar.moveFocus(1)
 
-        Entry {
+        SidebarEntry {
             main: sidebar.model
-            page: MainVM.Dashboard
+            place: MainVM.Dashboard
+            page: "dash/DashV.qml"
             text: qsTr("Dash")
             symbol: "gauge.with.dots.needle.bottom.50percent"
         }
-        Entry {
+        SidebarEntry {
             main: sidebar.model
-            page: MainVM.Mapping
+            place: MainVM.Mapping
+            page: "mapping/MappingV.qml"
             text: qsTr("Mapping")
             symbol: "keyboard"
         }
-        Entry {
+        SidebarEntry {
             main: sidebar.model
-            page: MainVM.Combo
+            place: MainVM.Combo
+            page: "combo/ComboV.qml"
             text: qsTr("Combo")
             symbol: "command.square"
         }
-        Entry {
+        SidebarEntry {
             main: sidebar.model
-            page: MainVM.Devices
+            place: MainVM.Devices
+            page: "devices/DevicesV.qml"
             text: qsTr("Devices")
             symbol: "cable.connector"
         }
-        Entry {
+        SidebarEntry {
             main: sidebar.model
-            page: MainVM.About
+            place: MainVM.About
+            page: "about/AboutV.qml"
             text: qsTr("About")
             symbol: "info.circle"
         }

@@ -15,13 +15,19 @@ ThreadBackgroundQueue::ThreadBackgroundQueue(std::function<void()> interrupt)
 }
 
 ThreadBackgroundQueue::~ThreadBackgroundQueue() {
-    m_threads.clear();
-    m_interrupt();
-    m_threads.waitForDone();
+    finish();
 }
 
 void ThreadBackgroundQueue::run(std::function<void()> task) {
-    m_threads.start(std::move(task));
+    if (!m_hasFinished)
+        m_threads.start(std::move(task));
+}
+
+void ThreadBackgroundQueue::finish() {
+    m_hasFinished = true;
+    m_threads.clear();
+    m_interrupt();
+    m_threads.waitForDone();
 }
 
 } // namespace tamsel

@@ -6,8 +6,9 @@ import Tamsel
 PageFrame {
     id: page
 
-    required property AboutVM about
-    required property FeedbackVM feedback
+    required property Screens screens
+    readonly property AboutVM about: screens.about
+    readonly property FeedbackVM feedback: screens.feedback
 
     function showTab(): void {
         const sources = ["ChangelogTab.qml", "LogsTab.qml", "../feedback/FeedbackV.qml",

@@ -5,9 +5,10 @@ import Tamsel
 PageFrame {
     id: page
 
-    required property ComboVM combo
-    required property PermissionMgr permission
-    required property Recording recording
+    required property Screens screens
+    readonly property ComboVM combo: screens.combo
+    readonly property PermissionMgr permission: screens.permission
+    readonly property Recording recording: Recording { recorder: page.screens.comboRecorder }
 
     // The row that is being edited; none while a new combo is.
     property string editedRow

@@ -5,8 +5,9 @@ import Tamsel
 Page {
     id: page
 
-    required property DashboardVM dashboard
-    required property SettingsGuideVM guide
+    required property Screens screens
+    readonly property DashboardVM dashboard: screens.dashboard
+    readonly property SettingsGuideVM guide: screens.guide
 
     function focusFirst(): void {
         master.focusSwitch();

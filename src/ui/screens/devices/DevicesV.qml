@@ -5,7 +5,8 @@ import Tamsel
 PageFrame {
     id: page
 
-    required property DeviceMgrVM devices
+    required property Screens screens
+    readonly property DeviceMgrVM devices: screens.devices
 
     title: qsTr("Devices")
     scroller: list

@@ -5,9 +5,10 @@ import Tamsel
 Page {
     id: page
 
-    required property MappingVM mapping
-    required property PermissionMgr permission
-    required property Recording recording
+    required property Screens screens
+    readonly property MappingVM mapping: screens.mapping
+    readonly property PermissionMgr permission: screens.permission
+    readonly property Recording recording: Recording { recorder: page.screens.keyRecorder }
 
     function look(): void {
         mapping.reload();

@@ -3,43 +3,10 @@
 //                   [--trouble] [--quit] [--guide PANE] [--tab N] [--update STATE] [--uninstall]
 //                   [--disconnected]
 
-#include "app/about_vm.h"
-#include "app/app_delegate.h"
-#include "app/dashboard_vm.h"
-#include "app/launch_at_login_mgr.h"
-#include "app/permission_mgr.h"
-#include "app/settings_guide_vm.h"
 #include "coding/cfg_coding.h"
-#include "config/storage_mgr.h"
-#include "daemon/daemon_event_hub.h"
-#include "daemon/daemon_mgr.h"
-#include "daemon/daemon_xpc_client.h"
-#include "devices/device_mgr_vm.h"
-#include "driver/system_extension_mgr.h"
-#include "editors/combo_vm.h"
-#include "editors/mapping_vm.h"
-#include "feedback/feedback_vm.h"
-#include "keytools/key_recorder_vm.h"
-#include "keytools/key_viewer_vm.h"
-#include "keytools/keyboard_shortcut_handler.h"
-#include "log/logger.h"
-#include "platform/fake/fake_application.h"
-#include "platform/fake/fake_bundle.h"
-#include "platform/fake/fake_daemon.h"
-#include "platform/fake/fake_http_client.h"
-#include "platform/fake/fake_local_events.h"
-#include "platform/fake/fake_main_queue.h"
-#include "platform/fake/fake_processes.h"
-#include "platform/fake/fake_service_management.h"
-#include "platform/fake/fake_status_bar.h"
-#include "platform/fake/fake_system.h"
-#include "platform/fake/fake_system_extension.h"
-#include "platform/fake/fake_updater.h"
-#include "platform/notification_center.h"
-#include "platform/power_off_announcer.h"
-#include "ui/main_vm.h"
+#include "platform/fake/fake_platform.h"
+#include "program/program.h"
 #include "ui/main_window.h"
-#include "update/update_mgr.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
@@ -173,109 +140,66 @@ int main(int argc, char** argv) {
         QGuiApplication::setPalette(palette);
     }
 
-    FakeMainQueue queue;
-    const FakeClock clock(queue);
-    FakeSystemLog systemLog;
-    FakePasteboard pasteboard;
-    FakeWorkspace workspace;
-    FakeUserDefaults defaults;
-    FakeDaemon fakeDaemon(queue);
-    Logger logger(systemLog, queue, clock, pasteboard);
-    StorageMgr storage(defaults, logger);
-    DaemonXPCClient daemon(fakeDaemon, storage, {queue, clock, pasteboard, workspace, logger});
-    NotificationCenter notifications;
-    FakeServiceManagement services;
-    FakeBundle bundle;
-    bundle.infoStrings["CFBundleShortVersionString"] = "1.4.2";
-    bundle.infoStrings["CFBundleVersion"] = "142";
-    bundle.resources["changelog/changelog.txt"] = TAMSEL_CHANGELOG;
-    bundle.resources["changelog.txt"] = TAMSEL_CHANGELOG;
-    FakeSystemExtensionService extensions;
-    FakeProcessRunner processes;
-    FakeBackgroundQueue background;
-    FakeApplication terminator;
-    FakeMachine machine;
-    machine.report = {.daemonUser = "mira",
-                      .kernelHasDriver = true,
-                      .uinput = NodeAccess::noAccess,
-                      .uinputMode = "root:root crw-------",
-                      .input = NodeAccess::noAccess,
-                      .inputMode = "root:input crw-rw----",
-                      .inputGroup = "input",
-                      .helper = "/usr/libexec/tamsel/tamsel-driver-helper"};
-    DaemonMgr daemonMgr(services, bundle, logger);
-    SystemExtensionMgr sysExtMgr({extensions, processes, background, queue, logger}, daemon);
-    LaunchAtLoginMgr launchAtLogin(services, defaults, logger);
-    FakeUpdater updater;
-    Quorel quorel({updater, bundle, queue, clock, systemLog, systemLog});
-    UpdateMgr updateMgr(quorel, defaults, queue, clock, logger);
-    PermissionMgr permission(daemonMgr);
-    SettingsGuideVM guide(machine, daemonMgr, sysExtMgr, pasteboard);
-    FakeStatusBar statusBar;
-    PowerOffAnnouncer powerOff;
-    FakeLocalEvents localEvents;
-    AppDelegate delegate({terminator, statusBar, powerOff, localEvents, notifications, defaults,
-                          bundle, queue, logger, storage, daemon, daemonMgr, sysExtMgr,
-                          launchAtLogin, updateMgr});
-    DashboardVM dashboard({queue, defaults, notifications, bundle, guide, daemon, daemonMgr,
-                           sysExtMgr, updateMgr, quorel, permission, launchAtLogin, delegate});
-    storage.save(sampleConfig(arguments.value("rows").toInt()));
-    MappingVM mapping(storage, daemon);
-    ComboVM combo(storage, daemon, workspace);
-    DaemonEventHub eventHub(daemon, localEvents, queue);
-    KeyRecorderVM keyRecorder(eventHub, localEvents, queue, KeyRecorderVM::Modifiers::ignored);
-    KeyRecorderVM comboRecorder(eventHub, localEvents, queue, KeyRecorderVM::Modifiers::captured);
-    KeyViewerVM keyViewer(eventHub, clock);
-    MainVM main(notifications);
-    KeyboardShortcutHandler screenKeys(localEvents, main.screenKeys());
-    AboutVM about({localEvents, bundle, workspace, logger, updateMgr, quorel, daemonMgr, sysExtMgr,
-                   delegate});
-    main.navigate(arguments.value("page"));
+    FakePlatform platform;
+    FakeMainQueue& queue = platform.queue;
+    platform.bundle.infoStrings["CFBundleShortVersionString"] = "1.4.2";
+    platform.bundle.infoStrings["CFBundleVersion"] = "142";
+    platform.bundle.resources["changelog/changelog.txt"] = TAMSEL_CHANGELOG;
+    platform.bundle.resources["changelog.txt"] = TAMSEL_CHANGELOG;
+    platform.machine.report = {.daemonUser = "mira",
+                               .kernelHasDriver = true,
+                               .uinput = NodeAccess::noAccess,
+                               .uinputMode = "root:root crw-------",
+                               .input = NodeAccess::noAccess,
+                               .inputMode = "root:input crw-rw----",
+                               .inputGroup = "input",
+                               .helper = "/usr/libexec/tamsel/tamsel-driver-helper"};
+    Program program(platform.parts());
+    Screens& screens = program.screens;
+    program.storage.save(sampleConfig(arguments.value("rows").toInt()));
+    screens.main()->navigate(arguments.value("page"));
     if (!arguments.isSet("disconnected")) {
-        daemon.sendConfig(storage.load());
+        program.daemon.sendConfig(program.storage.load());
         queue.runPending();
     }
-
-    DeviceMgrVM devices(storage, daemon, queue, defaults);
-    FakeHttpClient http;
-    TicketAPI tickets(TicketOrigin::of(bundle), http, defaults, queue, logger);
-    FeedbackVM feedback(tickets, clock, logger, {});
     if (!arguments.isSet("empty"))
-        fakeDaemon.seenDevices = sampleDevices();
+        platform.daemon.seenDevices = sampleDevices();
     if (arguments.isSet("trouble")) {
-        updater.driver->showReadyToInstallAndRelaunch([](SPUUserUpdateChoice) {});
+        platform.updater.driver->showReadyToInstallAndRelaunch([](SPUUserUpdateChoice) {});
     } else {
-        fakeDaemon.status = {true, true, "RUNNING"};
-        daemonMgr.registerServices();
-        permission.checkPermission();
-        sysExtMgr.loadExtension();
-        extensions.finish(0);
+        platform.daemon.status = {true, true, "RUNNING"};
+        program.daemonMgr.registerServices();
+        screens.permission()->checkPermission();
+        program.sysExtMgr.loadExtension();
+        platform.extensions.finish(0);
     }
-    const MainWindow window({main, mapping, combo, dashboard, devices, feedback, guide, permission,
-                             keyRecorder, comboRecorder, keyViewer, about, screenKeys});
+    screens.mapping()->reload();
+    screens.combo()->reload();
+    const MainWindow window(screens);
     queue.runPending();
     if (arguments.isSet("takeover")) {
-        devices.reload();
+        screens.devices()->reload();
         queue.runPending();
-        devices.setEnabled("1133:50475", true);
+        screens.devices()->setEnabled("1133:50475", true);
         queue.advance(std::chrono::seconds(3));
     }
-    dashboard.setShowFullQuitConfirm(arguments.isSet("quit"));
+    screens.dashboard()->setShowFullQuitConfirm(arguments.isSet("quit"));
     if (const QString pane = arguments.value("guide"); pane == "items")
-        guide.openLoginItems();
+        screens.guide()->openLoginItems();
     else if (!pane.isEmpty())
-        guide.open(pane == "input" ? settingsPane::inputMonitoring : settingsPane::extensions);
+        screens.guide()->open(pane == "input" ? settingsPane::inputMonitoring
+                                              : settingsPane::extensions);
     if (!window.window())
         return 1;
-    about.selectTab(AboutVM::AboutTab(arguments.value("tab").toInt()));
-    about.setShowUninstallConfirm(arguments.isSet("uninstall"));
-    playUpdater(updater, arguments.value("update"));
+    screens.about()->selectTab(AboutVM::AboutTab(arguments.value("tab").toInt()));
+    screens.about()->setShowUninstallConfirm(arguments.isSet("uninstall"));
+    playUpdater(platform.updater, arguments.value("update"));
     if (const QStringList size = arguments.value("size").split('x'); size.size() == 2)
         window.window()->resize(size[0].toInt(), size[1].toInt());
     window.window()->show();
-    combo.edit(arguments.value("edit"));
+    screens.combo()->edit(arguments.value("edit"));
     if (arguments.isSet("viewer")) {
-        about.openKeyViewer();
+        screens.about()->openKeyViewer();
         queue.runPending();
         const struct {
             quint32 in;
@@ -289,7 +213,7 @@ int main(int argc, char** argv) {
                        {128, keyMedia, 128, false}};
         for (const auto& sample : samples) {
             for (const bool down : {true, false})
-                fakeDaemon.current->exported->onKeyEvent(
+                platform.daemon.current->exported->onKeyEvent(
                     {sample.in, down, sample.action, sample.out, sample.apple});
         }
         queue.runPending();

@@ -4,7 +4,6 @@
 
 #include <QObject>
 #include <QString>
-#include <QtQml/qqmlregistration.h>
 
 namespace tamsel {
 
@@ -14,8 +13,6 @@ class NotificationCenter;
 /// thread only.
 class MainVM final : public QObject {
     Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("made by the application")
     Q_PROPERTY(MenuItem selected READ selected WRITE select NOTIFY selectedChanged)
     Q_PROPERTY(bool isHidden READ isHidden NOTIFY isHiddenChanged)
 

@@ -1,4 +1,4 @@
-#include "ui/main_vm.h"
+#include "app/main_vm.h"
 
 #include "platform/notification_center.h"
 
