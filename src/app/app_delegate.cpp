@@ -27,8 +27,8 @@ const QString urlScheme = QStringLiteral("tamsel:");
 AppDelegate::AppDelegate(const AppManagers& managers, QObject* parent)
     : QObject(parent),
       m_managers(managers),
-      m_daemonSetup({managers.queue, managers.logger, managers.bundle, managers.storage,
-                     managers.daemon, managers.daemonMgr}),
+      m_daemonSetup(
+          {managers.queue, managers.logger, managers.bundle, managers.daemon, managers.daemonMgr}),
       m_menuBarItem(managers.statusBar, managers.defaults, managers.queue, managers.updateMgr) {
     connect(&m_menuBarItem, &MenuBarItem::clicked, this, &AppDelegate::openMainWindow);
     connect(&managers.updateMgr, &UpdateMgr::readyToInstall, this, &AppDelegate::openMainWindow);
@@ -112,12 +112,9 @@ void AppDelegate::applicationOpenURLs(const QStringList& urls) {
             continue;
         const QString page = QUrl(text).host();
         openMainWindow();
-        m_navigations.push_back(m_managers.queue.after(navigateDelay, [this, page] {
-            // Equal delays end in their order.
-            const TaskHandle own = std::move(m_navigations.front());
-            m_navigations.pop_front();
+        m_managers.queue.after(this, navigateDelay, [this, page] {
             Q_EMIT m_managers.notifications.navigateToPage(page);
-        }));
+        });
     }
 }
 

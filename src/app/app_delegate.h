@@ -9,7 +9,6 @@
 #include <QObject>
 
 #include <chrono>
-#include <deque>
 
 namespace tamsel {
 
@@ -29,7 +28,6 @@ struct AppManagers {
     const Bundle& bundle;
     MainQueue& queue;
     Logger& logger;
-    StorageMgr& storage;
     DaemonXPCClient& daemon;
     DaemonMgr& daemonMgr;
     SystemExtensionMgr& sysExtMgr;
@@ -86,7 +84,6 @@ private:
     bool m_isPoweringOff = false;
     TaskHandle m_powerOffResetItem;
     TaskHandle m_hiding; ///< the next step of going to the background
-    std::deque<TaskHandle> m_navigations;
     TaskHandle m_pendingQuit;
 };
 

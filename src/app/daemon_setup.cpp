@@ -1,7 +1,5 @@
 #include "app/daemon_setup.h"
 
-#include "config/default_config.h"
-#include "config/storage_mgr.h"
 #include "daemon/daemon_mgr.h"
 #include "daemon/daemon_xpc_client.h"
 #include "log/logger.h"
@@ -121,7 +119,7 @@ void DaemonSetup::reconnectRestarted() {
 
 void DaemonSetup::sendStoredConfig() {
     m_owesConfig = false;
-    m_managers.daemon.sendConfig(withDefaults(m_managers.storage.load()));
+    m_managers.daemon.sendStoredConfig();
 }
 
 } // namespace tamsel

@@ -14,14 +14,12 @@ class Bundle;
 class DaemonMgr;
 class DaemonXPCClient;
 class Logger;
-class StorageMgr;
 
 /// What the set-up of the daemon works with; all of it outlives the object.
 struct DaemonSetupManagers {
     MainQueue& queue;
     Logger& logger;
     const Bundle& bundle;
-    StorageMgr& storage;
     DaemonXPCClient& daemon;
     DaemonMgr& daemonMgr;
 };

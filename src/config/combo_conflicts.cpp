@@ -1,7 +1,7 @@
 #include "config/combo_conflicts.h"
 
-#include "keys/key_codes.h"
 #include "config/trigger_signatures.h"
+#include "keys/key_codes.h"
 
 namespace tamsel {
 

@@ -1,8 +1,8 @@
 #include "config/combo_rules.h"
 
+#include "config/text_rules.h"
 #include "keys/modifier_names.h"
 #include "keys/us_typing.h"
-#include "config/text_rules.h"
 
 #include <QCoreApplication>
 #include <QTextBoundaryFinder>

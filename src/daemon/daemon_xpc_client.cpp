@@ -1,8 +1,7 @@
 #include "daemon/daemon_xpc_client.h"
 
-#include "config/default_config.h"
 #include "coding/cfg_coding.h"
-#include "config/storage_mgr.h"
+#include "config/config_desk.h"
 #include "log/logger.h"
 
 #include <QPointer>
@@ -21,9 +20,11 @@ DaemonConnection::ErrorHandler logError(Logger& logger, const QString& line) {
 
 } // namespace
 
-DaemonXPCClient::DaemonXPCClient(DaemonConnector& connector, StorageMgr& storage,
+DaemonXPCClient::DaemonXPCClient(DaemonConnector& connector, ConfigDesk& desk,
                                  CallbackServices services, QObject* parent)
-    : QObject(parent), m_connector(connector), m_storage(storage), m_services(services) {}
+    : QObject(parent), m_connector(connector), m_desk(desk), m_services(services) {
+    QObject::connect(&desk, &ConfigDesk::changed, this, &DaemonXPCClient::sendConfig);
+}
 
 DaemonXPCClient::~DaemonXPCClient() = default;
 
@@ -92,7 +93,6 @@ void DaemonXPCClient::handleConnectionLoss() {
     m_conn.reset();
     if (m_keyViewerOnEvent)
         tellKeyViewerStatus(false);
-    Q_EMIT connectionLost();
     scheduleReconnect();
 }
 
@@ -108,7 +108,7 @@ void DaemonXPCClient::reconnect() {
     m_conn.reset();
     m_reconnectWorkItem.cancel();
     connect();
-    sendConfig(withDefaults(m_storage.load()));
+    sendStoredConfig();
     m_services.logger.info(QStringLiteral("[DaemonXPC] 已自動重連並重新發送配置"));
 }
 
@@ -116,6 +116,10 @@ std::shared_ptr<TamselDaemonProtocol> DaemonXPCClient::proxy() {
     return m_conn ? m_conn->remoteObjectProxy(
                         logError(m_services.logger, QStringLiteral("[DaemonXPC] 代理錯誤: ")))
                   : nullptr;
+}
+
+void DaemonXPCClient::sendStoredConfig() {
+    sendConfig(m_desk.inForce());
 }
 
 void DaemonXPCClient::sendConfig(const Cfg& cfg) {
@@ -136,15 +140,12 @@ void DaemonXPCClient::sendConfig(const Cfg& cfg) {
                      QString::fromStdString(bytes.error().description()));
         return;
     }
-    remote->updateCfg(
-        *bytes, [this, weak = QPointer(this), &logger, &queue = m_services.queue](bool accepted) {
-            if (accepted)
-                logger.info(QStringLiteral("[DaemonXPC] 配置發送成功"));
-            else
-                logger.error(QStringLiteral("[DaemonXPC] 配置發送失敗"));
-            if (weak)
-                queue.async(this, [this, accepted] { Q_EMIT configAnswered(accepted); });
-        });
+    remote->updateCfg(*bytes, [&logger](bool accepted) {
+        if (accepted)
+            logger.info(QStringLiteral("[DaemonXPC] 配置發送成功"));
+        else
+            logger.error(QStringLiteral("[DaemonXPC] 配置發送失敗"));
+    });
 }
 
 void DaemonXPCClient::disconnect() {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "records/records.h"
 #include "daemon/key_viewer_callback_handler.h"
 #include "platform/daemon_connection.h"
 #include "platform/main_queue.h"
+#include "records/records.h"
 
 #include <QObject>
 
@@ -14,7 +14,7 @@
 
 namespace tamsel {
 
-class StorageMgr;
+class ConfigDesk;
 
 /// Owns the application's one connection to the daemon. Connects on demand, hands out the remote
 /// proxy, sends the configuration, and after any loss reconnects 1.5 seconds later and sends the
@@ -33,7 +33,7 @@ public:
 
     static constexpr std::chrono::milliseconds reconnectInterval{1500};
 
-    DaemonXPCClient(DaemonConnector& connector, StorageMgr& storage, CallbackServices services,
+    DaemonXPCClient(DaemonConnector& connector, ConfigDesk& desk, CallbackServices services,
                     QObject* parent = nullptr);
     ~DaemonXPCClient() override;
 
@@ -47,6 +47,8 @@ public:
 
     /// Sends `cfg` as it is given (the caller has merged the defaults in). Connects first.
     void sendConfig(const Cfg& cfg);
+    /// Sends what is in force; every change at the desk is sent by itself.
+    void sendStoredConfig();
 
     /// Who gets the daemon's key events, on the main thread; null for nobody. While it is set, a
     /// new connection subscribes again by itself.
@@ -61,10 +63,6 @@ public:
     void fetchSeenDevices(SeenDevicesHandler completion);
 
 signals:
-    /// The daemon has answered a configuration.
-    void configAnswered(bool accepted);
-    /// A connection is gone (lost or closed).
-    void connectionLost();
     /// A caller's connect() has taken the place of the pending reconnect, which would have sent
     /// the configuration.
     void reconnectReplaced();
@@ -78,7 +76,7 @@ private:
     void reconnect();
 
     DaemonConnector& m_connector;
-    StorageMgr& m_storage;
+    ConfigDesk& m_desk;
     CallbackServices m_services;
 
     std::unique_ptr<KeyViewerCallbackHandler> m_keyViewerHandler;

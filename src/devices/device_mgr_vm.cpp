@@ -1,7 +1,6 @@
 #include "devices/device_mgr_vm.h"
 
-#include "config/default_config.h"
-#include "config/storage_mgr.h"
+#include "config/config_desk.h"
 #include "daemon/daemon_xpc_client.h"
 #include "devices/device_list.h"
 
@@ -12,9 +11,9 @@
 
 namespace tamsel {
 
-DeviceMgrVM::DeviceMgrVM(StorageMgr& storage, DaemonXPCClient& daemon, MainQueue& queue,
+DeviceMgrVM::DeviceMgrVM(ConfigDesk& desk, DaemonXPCClient& daemon, MainQueue& queue,
                          UserDefaults& defaults, QObject* parent)
-    : QObject(parent), m_storage(storage), m_daemon(daemon), m_queue(queue), m_defaults(defaults) {}
+    : QObject(parent), m_desk(desk), m_daemon(daemon), m_queue(queue), m_defaults(defaults) {}
 
 int DeviceMgrVM::remainingSeconds() const {
     return m_pendingMouseConfirmation ? m_pendingMouseConfirmation->remainingSeconds : 0;
@@ -30,7 +29,7 @@ QString DeviceMgrVM::confirmationText() const {
 }
 
 void DeviceMgrVM::reload() {
-    Cfg cfg = m_storage.load();
+    Cfg cfg = m_desk.load();
     m_excludedKeyboards = std::move(cfg.excludedKeyboards);
     m_mouseDevices = std::move(cfg.mouseDevices);
     m_legacyScope = cfg.grabScope;
@@ -181,23 +180,15 @@ void DeviceMgrVM::setPending(std::optional<MouseTakeoverConfirmation> pending) {
 }
 
 void DeviceMgrVM::save() {
-    Cfg cfg = m_storage.load();
-    cfg.excludedKeyboards = m_excludedKeyboards;
-    cfg.mouseDevices = m_mouseDevices;
-    cfg.grabScope = m_legacyScope;
-    cfg.allowedDevices = m_legacyAllowed;
-    m_storage.save(cfg);
-    m_daemon.sendConfig(withDefaults(cfg));
-    refreshLater();
+    m_desk.change([this](Cfg& cfg) {
+        cfg.excludedKeyboards = m_excludedKeyboards;
+        cfg.mouseDevices = m_mouseDevices;
+        cfg.grabScope = m_legacyScope;
+        cfg.allowedDevices = m_legacyAllowed;
+        return true;
+    });
+    m_queue.after(this, refreshDelay, [this] { refresh(); });
     updateRows();
-}
-
-void DeviceMgrVM::refreshLater() {
-    // All wait equally long, so the first in the line is the one that runs.
-    m_lateRefreshes.push_back(m_queue.after(refreshDelay, [this] {
-        m_lateRefreshes.pop_front();
-        refresh();
-    }));
 }
 
 void DeviceMgrVM::updateRows() {

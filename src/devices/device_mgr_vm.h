@@ -5,20 +5,17 @@
 #include "platform/main_queue.h"
 
 #include <chrono>
-#include <deque>
 #include <optional>
 
 namespace tamsel {
 
+class ConfigDesk;
 class DaemonXPCClient;
-class StorageMgr;
 class UserDefaults;
 
 /// The devices screen's model: which keyboards the daemon listens to and which mice it takes over.
 /// Keyboards are listened to and mice left alone until the user says otherwise. A takeover that is
-/// not confirmed within ten seconds is taken back, whatever screen is shown. Every change loads the
-/// stored configuration, replaces the choice of devices, saves it and sends it with the built-in
-/// defaults merged in. Main thread.
+/// not confirmed within ten seconds is taken back, whatever screen is shown. Main thread.
 class DeviceMgrVM final : public QObject {
     Q_OBJECT
     Q_PROPERTY(QList<tamsel::DeviceRow> rows READ rows NOTIFY rowsChanged)
@@ -32,8 +29,8 @@ public:
     static constexpr std::chrono::milliseconds refreshDelay{600};
 
     /// All of it outlives the model.
-    DeviceMgrVM(StorageMgr& storage, DaemonXPCClient& daemon, MainQueue& queue,
-                UserDefaults& defaults, QObject* parent = nullptr);
+    DeviceMgrVM(ConfigDesk& desk, DaemonXPCClient& daemon, MainQueue& queue, UserDefaults& defaults,
+                QObject* parent = nullptr);
 
     /// The daemon's last report.
     const std::vector<SeenDeviceInfo>& devices() const { return m_devices; }
@@ -78,10 +75,9 @@ private:
     void revertPending();
     void setPending(std::optional<MouseTakeoverConfirmation> pending);
     void save();
-    void refreshLater();
     void updateRows();
 
-    StorageMgr& m_storage;
+    ConfigDesk& m_desk;
     DaemonXPCClient& m_daemon;
     MainQueue& m_queue;
     UserDefaults& m_defaults;
@@ -93,7 +89,6 @@ private:
     GrabScope m_legacyScope = GrabScope::all;
     std::vector<GrabbedDevice> m_legacyAllowed;
     TaskHandle m_mouseConfirmationTask;
-    std::deque<TaskHandle> m_lateRefreshes; ///< one for each save, the earliest first
     QList<DeviceRow> m_rows;
 };
 

@@ -69,7 +69,7 @@ void SystemExtensionMgr::completed(Kind kind) {
     setStatus(isLoaded ? SysExtStatus::loaded : SysExtStatus::unknown);
     m_hasRetriedAfterDisconnect = false;
     if (isLoaded)
-        runLater(startGrabbingDelay, [this] { tellDaemon(Grabbing::start); });
+        m_services.queue.after(this, startGrabbingDelay, [this] { tellDaemon(Grabbing::start); });
 }
 
 void SystemExtensionMgr::didFailWithError(const SystemExtensionRequest& request,
@@ -111,7 +111,7 @@ void SystemExtensionMgr::killStuckDextAndRetry() {
 }
 
 void SystemExtensionMgr::scheduleRetry() {
-    runLater(retryDelay, [this] {
+    m_services.queue.after(this, retryDelay, [this] {
         m_services.logger.info(QStringLiteral("[SysExtMgr] 重試加載擴展..."));
         loadExtension();
     });
@@ -128,14 +128,6 @@ void SystemExtensionMgr::tellDaemon(Grabbing order) {
         remote->stopGrabbing(ignoreReply);
     else
         remote->startGrabbing(ignoreReply);
-}
-
-void SystemExtensionMgr::runLater(std::chrono::milliseconds delay, std::function<void()> task) {
-    const std::uint64_t id = m_nextDelayed++;
-    m_delayed[id] = m_services.queue.after(delay, [this, id, task = std::move(task)] {
-        const auto done = m_delayed.extract(id);
-        task();
-    });
 }
 
 QVariant SystemExtensionMgr::extensionStatusVariant() const {

@@ -8,7 +8,6 @@
 
 #include <chrono>
 #include <functional>
-#include <map>
 #include <optional>
 
 namespace tamsel {
@@ -83,7 +82,6 @@ private:
     void scheduleRetry();
     void tellDaemon(Grabbing order);
     /// Runs `task` after `delay`, unless this object is gone by then.
-    void runLater(std::chrono::milliseconds delay, std::function<void()> task);
 
     void setExtensionStatus(std::int64_t result);
     void setIsLoaded(bool isLoaded);
@@ -97,8 +95,6 @@ private:
     bool m_needsApproval = false;
     SysExtStatus m_status;
     bool m_hasRetriedAfterDisconnect = false;
-    std::map<std::uint64_t, TaskHandle> m_delayed;
-    std::uint64_t m_nextDelayed = 0;
 };
 
 } // namespace tamsel

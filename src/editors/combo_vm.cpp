@@ -1,11 +1,10 @@
 #include "editors/combo_vm.h"
 
+#include "config/config_desk.h"
 #include "config/default_config.h"
-#include "keys/key_codes.h"
-#include "config/storage_mgr.h"
-#include "daemon/daemon_xpc_client.h"
 #include "editors/combo_title.h"
 #include "editors/fresh_id.h"
+#include "keys/key_codes.h"
 #include "platform/workspace.h"
 
 #include <algorithm>
@@ -24,14 +23,13 @@ auto findById(List& shortcuts, const QString& id) {
 
 } // namespace
 
-ComboVM::ComboVM(StorageMgr& storage, DaemonXPCClient& daemon, Workspace& workspace,
-                 QObject* parent)
-    : QObject(parent), m_storage(storage), m_daemon(daemon), m_workspace(workspace) {
+ComboVM::ComboVM(ConfigDesk& desk, Workspace& workspace, QObject* parent)
+    : QObject(parent), m_desk(desk), m_workspace(workspace) {
     reload();
 }
 
 void ComboVM::reload() {
-    show(m_storage.load());
+    show(m_desk.load());
 }
 
 void ComboVM::addCombo() {
@@ -61,18 +59,18 @@ QString ComboVM::save() {
     Shortcut edited = m_editor->editedShortcut();
     if (edited.keys.keyCode == KeyCodes::noKey)
         edited.enabled = false;
-    Cfg cfg = m_storage.load();
-    std::vector<Shortcut>& shortcuts = cfg.shortcuts;
-    if (m_isAddingNew || m_isPromotingDefault) {
+    const bool isNew = m_isAddingNew || m_isPromotingDefault;
+    if (isNew)
         edited.id = freshId();
-        shortcuts.insert(shortcuts.begin(), edited);
-    } else {
-        const auto place = findById(shortcuts, QString::fromStdString(edited.id));
-        if (place != shortcuts.end())
-            *place = edited;
-    }
     closeEditor();
-    commit(cfg);
+    change([&](std::vector<Shortcut>& shortcuts) {
+        const auto place = findById(shortcuts, QString::fromStdString(edited.id));
+        if (isNew)
+            shortcuts.insert(shortcuts.begin(), edited);
+        else if (place != shortcuts.end())
+            *place = edited;
+        return true;
+    });
     return QString::fromStdString(edited.id);
 }
 
@@ -82,28 +80,28 @@ void ComboVM::cancel() {
 }
 
 void ComboVM::deleteCombo(const QString& id) {
-    Cfg cfg = m_storage.load();
-    std::vector<Shortcut>& shortcuts = cfg.shortcuts;
-    const auto place = findById(shortcuts, id);
-    if (place == shortcuts.end())
-        return;
-    shortcuts.erase(place);
-    commit(cfg);
+    change([&id](std::vector<Shortcut>& shortcuts) {
+        const auto place = findById(shortcuts, id);
+        if (place == shortcuts.end())
+            return false;
+        shortcuts.erase(place);
+        return true;
+    });
 }
 
 void ComboVM::setEnabled(const QString& id, bool enabled) {
-    Cfg cfg = m_storage.load();
-    std::vector<Shortcut>& shortcuts = cfg.shortcuts;
-    if (const auto own = findById(shortcuts, id); own != shortcuts.end()) {
-        own->enabled = enabled;
-        commit(cfg);
-        return;
-    }
-    const auto builtIn = uncoveredDefaultShortcuts(shortcuts);
-    if (const auto row = findById(builtIn, id); enabled && row != builtIn.end()) {
+    change([&](std::vector<Shortcut>& shortcuts) {
+        if (const auto own = findById(shortcuts, id); own != shortcuts.end()) {
+            own->enabled = enabled;
+            return true;
+        }
+        const auto builtIn = uncoveredDefaultShortcuts(shortcuts);
+        const auto row = findById(builtIn, id);
+        if (!enabled || row == builtIn.end())
+            return false;
         shortcuts.insert(shortcuts.begin(), promoted(*row, freshId()));
-        commit(cfg);
-    }
+        return true;
+    });
 }
 
 void ComboVM::openLink(const QString& id) {
@@ -128,10 +126,9 @@ void ComboVM::closeEditor() {
     gone->deleteLater();
 }
 
-void ComboVM::commit(const Cfg& cfg) {
-    m_storage.save(cfg);
-    m_daemon.sendConfig(withDefaults(cfg));
-    show(cfg);
+void ComboVM::change(const std::function<bool(std::vector<Shortcut>&)>& edit) {
+    if (const auto cfg = m_desk.change([&edit](Cfg& stored) { return edit(stored.shortcuts); }))
+        show(*cfg);
 }
 
 void ComboVM::show(const Cfg& cfg) {

@@ -1,23 +1,22 @@
 #pragma once
 
-#include "records/records.h"
 #include "editors/combo_row.h"
 #include "editors/shortcut_edit_vm.h"
+#include "records/records.h"
 
 #include <QObject>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
 namespace tamsel {
 
-class DaemonXPCClient;
-class StorageMgr;
+class ConfigDesk;
 class Workspace;
 
 /// The combo screen's model: the user's combos, then the built-in ones that they do not cover, and
-/// the editor while one is open. Every change loads the stored configuration, replaces its combos,
-/// saves it and sends it with the built-in defaults merged in. Main thread only.
+/// the editor while one is open. Main thread only.
 class ComboVM final : public QObject {
     Q_OBJECT
     Q_PROPERTY(QList<tamsel::ComboRow> rows READ rows NOTIFY rowsChanged)
@@ -25,8 +24,7 @@ class ComboVM final : public QObject {
     Q_PROPERTY(tamsel::ShortcutEditVM* editor READ editor NOTIFY editorChanged)
 
 public:
-    ComboVM(StorageMgr& storage, DaemonXPCClient& daemon, Workspace& workspace,
-            QObject* parent = nullptr);
+    ComboVM(ConfigDesk& desk, Workspace& workspace, QObject* parent = nullptr);
 
     const QList<ComboRow>& rows() const { return m_rows; }
     /// How many of the rows are the user's; they come first.
@@ -59,12 +57,11 @@ signals:
 private:
     void openEditor(const Shortcut& shortcut);
     void closeEditor();
-    void commit(const Cfg& cfg);
+    void change(const std::function<bool(std::vector<Shortcut>&)>& edit);
     void show(const Cfg& cfg);
     const Shortcut* find(const QString& id) const;
 
-    StorageMgr& m_storage;
-    DaemonXPCClient& m_daemon;
+    ConfigDesk& m_desk;
     Workspace& m_workspace;
     std::vector<Shortcut> m_userShortcuts;
     std::vector<Shortcut> m_builtInShortcuts;

@@ -1,10 +1,9 @@
 #include "editors/mapping_vm.h"
 
+#include "config/config_desk.h"
 #include "config/default_config.h"
-#include "keys/key_codes.h"
-#include "config/storage_mgr.h"
-#include "daemon/daemon_xpc_client.h"
 #include "editors/fresh_id.h"
+#include "keys/key_codes.h"
 
 #include <algorithm>
 
@@ -34,67 +33,70 @@ auto findById(std::vector<KeyMapping>& mappings, const QString& id) {
 
 } // namespace
 
-MappingVM::MappingVM(StorageMgr& storage, DaemonXPCClient& daemon, QObject* parent)
-    : QObject(parent), m_storage(storage), m_daemon(daemon) {
+MappingVM::MappingVM(ConfigDesk& desk, QObject* parent) : QObject(parent), m_desk(desk) {
     reload();
 }
 
 void MappingVM::reload() {
-    show(m_storage.load());
+    show(m_desk.load());
 }
 
 QString MappingVM::addMapping() {
-    Cfg cfg = m_storage.load();
-    cfg.mappings.insert(cfg.mappings.begin(), KeyMapping{freshId(), true});
-    QString id = QString::fromStdString(cfg.mappings.front().id);
-    commit(cfg);
-    return id;
+    const std::string id = freshId();
+    change([&id](Cfg& cfg) {
+        cfg.mappings.insert(cfg.mappings.begin(), KeyMapping{id, true});
+        return true;
+    });
+    return QString::fromStdString(id);
 }
 
 void MappingVM::deleteMapping(const QString& id) {
-    Cfg cfg = m_storage.load();
-    if (const auto mapping = findById(cfg.mappings, id); mapping != cfg.mappings.end()) {
+    change([&id](Cfg& cfg) {
+        const auto mapping = findById(cfg.mappings, id);
+        if (mapping == cfg.mappings.end())
+            return false;
         cfg.mappings.erase(mapping);
-        commit(cfg);
-    }
+        return true;
+    });
 }
 
 QString MappingVM::setEnabled(const QString& id, bool enabled) {
-    return change(id, enabled ? BuiltIn::isPromoted : BuiltIn::stays,
-                  [enabled](KeyMapping& mapping) { mapping.enabled = enabled; });
+    return changeRow(id, enabled ? BuiltIn::isPromoted : BuiltIn::stays,
+                     [enabled](KeyMapping& mapping) { mapping.enabled = enabled; });
 }
 
 QString MappingVM::setFrom(const QString& id, quint32 keyCode) {
-    return change(id, BuiltIn::isPromoted,
-                  [keyCode](KeyMapping& mapping) { mapping.from = {keyCode}; });
+    return changeRow(id, BuiltIn::isPromoted,
+                     [keyCode](KeyMapping& mapping) { mapping.from = {keyCode}; });
 }
 
 QString MappingVM::setTo(const QString& id, quint32 keyCode) {
-    return change(id, BuiltIn::isPromoted,
-                  [keyCode](KeyMapping& mapping) { mapping.to = {keyCode}; });
+    return changeRow(id, BuiltIn::isPromoted,
+                     [keyCode](KeyMapping& mapping) { mapping.to = {keyCode}; });
 }
 
-QString MappingVM::change(const QString& id, BuiltIn builtIn,
-                          const std::function<void(KeyMapping&)>& edit) {
-    Cfg cfg = m_storage.load();
-    auto mapping = findById(cfg.mappings, id);
-    if (mapping == cfg.mappings.end()) {
-        auto defaults = uncoveredDefaultMappings(cfg.mappings);
-        const auto row = findById(defaults, id);
-        if (builtIn == BuiltIn::stays || row == defaults.end())
-            return id;
-        mapping = cfg.mappings.insert(cfg.mappings.begin(), promoted(*row, freshId()));
-    }
-    edit(*mapping);
-    QString changed = QString::fromStdString(mapping->id);
-    commit(cfg);
+QString MappingVM::changeRow(const QString& id, BuiltIn builtIn,
+                             const std::function<void(KeyMapping&)>& edit) {
+    QString changed = id;
+    change([&](Cfg& cfg) {
+        auto mapping = findById(cfg.mappings, id);
+        if (mapping == cfg.mappings.end()) {
+            auto defaults = uncoveredDefaultMappings(cfg.mappings);
+            const auto row = findById(defaults, id);
+            if (builtIn == BuiltIn::stays || row == defaults.end())
+                return false;
+            mapping = cfg.mappings.insert(cfg.mappings.begin(), promoted(*row, freshId()));
+        }
+        edit(*mapping);
+        changed = QString::fromStdString(mapping->id);
+        return true;
+    });
     return changed;
 }
 
-void MappingVM::commit(const Cfg& cfg) {
-    m_storage.save(cfg);
-    m_daemon.sendConfig(withDefaults(cfg));
-    show(cfg);
+void MappingVM::change(const std::function<bool(Cfg&)>& edit) {
+    if (const auto cfg = m_desk.change(edit))
+        show(*cfg);
 }
 
 void MappingVM::show(const Cfg& cfg) {

@@ -11,8 +11,7 @@
 
 namespace tamsel {
 
-class DaemonXPCClient;
-class StorageMgr;
+class ConfigDesk;
 
 /// One row of the mapping screen. Codes are codes of KeyCodes, 0 where no key is chosen; names are
 /// the catalogue's, empty for no key.
@@ -37,15 +36,14 @@ public:
 };
 
 /// The mapping screen's model: the user's mappings, and below them the built-in ones that they do
-/// not cover. Every change loads the stored configuration, replaces its mappings, saves it and
-/// sends it with the built-in defaults merged in. Main thread only.
+/// not cover. Main thread only.
 class MappingVM final : public QObject {
     Q_OBJECT
     Q_PROPERTY(QList<tamsel::MappingRow> userRows READ userRows NOTIFY rowsChanged)
     Q_PROPERTY(QList<tamsel::MappingRow> builtInRows READ builtInRows NOTIFY rowsChanged)
 
 public:
-    MappingVM(StorageMgr& storage, DaemonXPCClient& daemon, QObject* parent = nullptr);
+    explicit MappingVM(ConfigDesk& desk, QObject* parent = nullptr);
 
     const QList<MappingRow>& userRows() const { return m_userRows; }
     const QList<MappingRow>& builtInRows() const { return m_builtInRows; }
@@ -69,13 +67,12 @@ private:
     enum class BuiltIn { isPromoted, stays };
 
     /// Applies `edit` to the mapping with this id; nothing happens when there is none.
-    QString change(const QString& id, BuiltIn builtIn,
-                   const std::function<void(KeyMapping&)>& edit);
-    void commit(const Cfg& cfg);
+    QString changeRow(const QString& id, BuiltIn builtIn,
+                      const std::function<void(KeyMapping&)>& edit);
+    void change(const std::function<bool(Cfg&)>& edit);
     void show(const Cfg& cfg);
 
-    StorageMgr& m_storage;
-    DaemonXPCClient& m_daemon;
+    ConfigDesk& m_desk;
     QList<MappingRow> m_userRows;
     QList<MappingRow> m_builtInRows;
 };

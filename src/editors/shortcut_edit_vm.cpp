@@ -1,9 +1,9 @@
 #include "editors/shortcut_edit_vm.h"
 
-#include "keys/key_codes.h"
-#include "keys/key_press.h"
 #include "editors/action_titles.h"
 #include "editors/combo_row.h"
+#include "keys/key_codes.h"
+#include "keys/key_press.h"
 
 #include <algorithm>
 #include <utility>

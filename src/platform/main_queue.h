@@ -51,6 +51,10 @@ public:
     [[nodiscard]] virtual TaskHandle after(std::chrono::milliseconds delay,
                                            std::function<void()> task) = 0;
 
+    /// The same for a task that nobody takes back; it is dropped when `context` is destroyed first.
+    virtual void after(QObject* context, std::chrono::milliseconds delay,
+                       std::function<void()> task) = 0;
+
     /// Runs `task` every `interval`, first after one interval. Main thread.
     [[nodiscard]] virtual TaskHandle every(std::chrono::milliseconds interval,
                                            std::function<void()> task) = 0;

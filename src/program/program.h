@@ -2,6 +2,7 @@
 
 #include "app/app_delegate.h"
 #include "app/launch_at_login_mgr.h"
+#include "config/config_desk.h"
 #include "config/storage_mgr.h"
 #include "daemon/daemon_event_hub.h"
 #include "daemon/daemon_mgr.h"
@@ -38,9 +39,10 @@ struct Program final {
     BackgroundWork backgroundWork{platform.background};
     StorageMgr storage{platform.defaults, logger};
     Recovery recovery{storage, platform};
+    ConfigDesk desk{storage};
     DaemonXPCClient daemon{
         platform.daemon,
-        storage,
+        desk,
         {platform.queue, platform.clock, platform.pasteboard, platform.workspace, logger}};
     DaemonEventHub eventHub{daemon, platform.localEvents, platform.queue};
     DaemonMgr daemonMgr{platform.services, platform.bundle, logger};
@@ -54,8 +56,8 @@ struct Program final {
                       platform.queue, logger};
     AppDelegate delegate{{platform.application, platform.statusBar, platform.powerOff,
                           platform.localEvents, platform.notifications, platform.defaults,
-                          platform.bundle, platform.queue, logger, storage, daemon, daemonMgr,
-                          sysExtMgr, launchAtLogin, updateMgr}};
+                          platform.bundle, platform.queue, logger, daemon, daemonMgr, sysExtMgr,
+                          launchAtLogin, updateMgr}};
     Screens screens{*this};
 };
 

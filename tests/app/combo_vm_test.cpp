@@ -8,7 +8,7 @@
 namespace tamsel {
 
 struct ComboVMTest : LogicFixture {
-    ComboVM vm{storage, client, workspace};
+    ComboVM vm{desk, workspace};
 
     void store(std::vector<Shortcut> shortcuts, std::vector<KeyMapping> mappings = {}) {
         Cfg cfg;

@@ -225,7 +225,7 @@ TEST_F(DaemonXPCClientTest, AnErrorReplyIsAnErrorOfThatCallOnly) {
 }
 
 TEST_F(DaemonXPCClientTest, ADestroyedClientIsLeftAlone) {
-    auto dying = std::make_unique<DaemonXPCClient>(daemon, storage, callbacks);
+    auto dying = std::make_unique<DaemonXPCClient>(daemon, desk, callbacks);
     dying->sendConfig({});
     dying->subscribeKeyViewer([](bool) {});
     daemon.current->interrupt();

@@ -12,7 +12,7 @@ struct DeviceMgrVMTest : LogicFixture {
     std::unique_ptr<DeviceMgrVM> vm = makeModel();
 
     std::unique_ptr<DeviceMgrVM> makeModel() {
-        return std::make_unique<DeviceMgrVM>(storage, client, queue, defaults);
+        return std::make_unique<DeviceMgrVM>(desk, client, queue, defaults);
     }
     void report(const std::vector<SeenDeviceInfo>& devices) {
         const std::string json = encodeSeenDevices(devices);
@@ -57,7 +57,7 @@ SeenDeviceInfo seen(std::int64_t vendor, std::int64_t product, const char* name,
     return {vendor, product, name, "Maker", "USB", isSeized, false, isMouse};
 }
 
-const std::vector<SeenDeviceInfo> desk{seen(1, 1, "Keys", false, true), seen(2, 2, "Mouse", true),
+const std::vector<SeenDeviceInfo> onTheTable{seen(1, 1, "Keys", false, true), seen(2, 2, "Mouse", true),
                                        seen(3, 3, "", false), seen(3, 3, "Receiver", true, true),
                                        seen(4, 4, "Second", true)};
 
@@ -82,7 +82,7 @@ TEST_F(DeviceMgrVMTest, FoldsReportsIntoRows) {
 }
 
 TEST_F(DeviceMgrVMTest, KeyboardsAreOnAndMiceOffByDefault) {
-    report(desk);
+    report(onTheTable);
     reload();
     EXPECT_EQ(on(), QStringList{"1:1"});
     EXPECT_EQ(saves(), 1U);
@@ -107,7 +107,7 @@ TEST_F(DeviceMgrVMTest, KeyboardsAreOnAndMiceOffByDefault) {
 }
 
 TEST_F(DeviceMgrVMTest, AnUnconfirmedTakeoverIsTakenBack) {
-    report(desk);
+    report(onTheTable);
     reload();
     set("3:3", true);
     EXPECT_EQ(stored(), "excluded mice 3:3 ");
@@ -159,7 +159,7 @@ TEST_F(DeviceMgrVMTest, AnUnconfirmedTakeoverIsTakenBack) {
 }
 
 TEST_F(DeviceMgrVMTest, KeepsWhatOtherScreensChanged) {
-    report(desk);
+    report(onTheTable);
     reload();
     set("2:2", true);
     Cfg cfg = storage.load();
@@ -192,7 +192,7 @@ TEST_F(DeviceMgrVMTest, MigratesTheOlderScope) {
 }
 
 TEST_F(DeviceMgrVMTest, ATakeoverThatOutlivesTheProgramIsRevertedAtItsNextStart) {
-    report(desk);
+    report(onTheTable);
     reload();
     set("2:2", true);
     wait(1);
@@ -254,13 +254,14 @@ struct DyingDefaults final : UserDefaults {
 };
 
 TEST_F(DeviceMgrVMTest, WhereverTheProgramDiesNoTakeoverIsLeft) {
-    report(desk);
+    report(onTheTable);
     for (int writes = 0; writes <= 7; ++writes) {
         defaults.values.clear();
         DyingDefaults dying(defaults);
         StorageMgr dyingStorage(dying, logger);
-        DaemonXPCClient itsClient(daemon, dyingStorage, services);
-        vm = std::make_unique<DeviceMgrVM>(dyingStorage, itsClient, queue, dying);
+        ConfigDesk itsDesk(dyingStorage);
+        DaemonXPCClient itsClient(daemon, itsDesk, callbacks);
+        vm = std::make_unique<DeviceMgrVM>(itsDesk, itsClient, queue, dying);
         reload();
         dying.writesLeft = writes;
         set("2:2", true);
@@ -276,7 +277,7 @@ TEST_F(DeviceMgrVMTest, WhereverTheProgramDiesNoTakeoverIsLeft) {
 }
 
 TEST_F(DeviceMgrVMTest, BadRepliesAreEmptyOnes) {
-    report(desk);
+    report(onTheTable);
     reload();
     for (const char* reply : {"", "no JSON", "{}", "[{}]", "[{\"vendorID\": 1}]"}) {
         daemon.seenDevices = Bytes(reply, reply + std::strlen(reply));
@@ -315,7 +316,7 @@ TEST_F(DeviceMgrVMTest, TenThousandCombinedDevicesAreExcludedAtOnce) {
 }
 
 TEST_F(DeviceMgrVMTest, EverySaveIsFollowedByItsOwnLook) {
-    report(desk);
+    report(onTheTable);
     reload();
     wait(1);
     daemon.takeCalls();

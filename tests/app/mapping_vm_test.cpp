@@ -9,7 +9,7 @@
 namespace tamsel {
 
 struct MappingVMTest : LogicFixture {
-    MappingVM vm{storage, client};
+    MappingVM vm{desk};
 
     /// What the daemon got last, and that it is what is stored, with the defaults.
     Cfg lastSent() {

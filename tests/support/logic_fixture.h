@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/config_desk.h"
 #include "config/storage_mgr.h"
 #include "daemon/daemon_xpc_client.h"
 #include "log/logger.h"
@@ -16,7 +17,8 @@ struct LogicFixture : testing::Test, FakePlatform {
     Logger logger{systemLog, queue, clock, pasteboard};
     StorageMgr storage{defaults, logger};
     CallbackServices callbacks{queue, clock, pasteboard, workspace, logger};
-    DaemonXPCClient client{daemon, storage, callbacks};
+    ConfigDesk desk{storage};
+    DaemonXPCClient client{daemon, desk, callbacks};
 
     QByteArray& stored() { return defaults.values[StorageMgr::configKey]; }
     QStringList takeLog() { return systemLog.take(); }

@@ -8,22 +8,31 @@ void FakeMainQueue::async(QObject* context, std::function<void()> task) {
 }
 
 TaskHandle FakeMainQueue::after(Milliseconds delay, std::function<void()> task) {
-    return schedule(delay, Milliseconds(0), std::move(task));
+    return TaskHandle(removal(add(delay, Milliseconds(0), std::move(task))));
+}
+
+void FakeMainQueue::after(QObject* context, Milliseconds delay, std::function<void()> task) {
+    QObject::connect(context, &QObject::destroyed,
+                     removal(add(delay, Milliseconds(0), std::move(task))));
 }
 
 TaskHandle FakeMainQueue::every(Milliseconds interval, std::function<void()> task) {
-    return schedule(interval, interval, std::move(task));
+    return TaskHandle(removal(add(interval, interval, std::move(task))));
 }
 
-TaskHandle FakeMainQueue::schedule(Milliseconds delay, Milliseconds interval,
-                                   std::function<void()> task) {
+std::uint64_t FakeMainQueue::add(Milliseconds delay, Milliseconds interval,
+                                 std::function<void()> task) {
     const std::uint64_t id = m_nextId++;
     (*m_timers)[{m_now + delay, id}] = {interval,
                                         std::make_shared<std::function<void()>>(std::move(task))};
-    return TaskHandle([timers = std::weak_ptr(m_timers), id] {
+    return id;
+}
+
+std::function<void()> FakeMainQueue::removal(std::uint64_t id) const {
+    return [timers = std::weak_ptr(m_timers), id] {
         if (const auto all = timers.lock())
             std::erase_if(*all, [id](const auto& timer) { return timer.first.second == id; });
-    });
+    };
 }
 
 void FakeMainQueue::runPending() {

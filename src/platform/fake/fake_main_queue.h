@@ -20,6 +20,7 @@ public:
 
     void async(QObject* context, std::function<void()> task) override;
     TaskHandle after(Milliseconds delay, std::function<void()> task) override;
+    void after(QObject* context, Milliseconds delay, std::function<void()> task) override;
     TaskHandle every(Milliseconds interval, std::function<void()> task) override;
 
     /// Runs everything queued, also what is queued meanwhile.
@@ -43,7 +44,8 @@ private:
     /// By due time and order of scheduling; shared with the handles, which may outlive the queue.
     using Timers = std::map<std::pair<Milliseconds, std::uint64_t>, Timer>;
 
-    TaskHandle schedule(Milliseconds delay, Milliseconds interval, std::function<void()> task);
+    std::uint64_t add(Milliseconds delay, Milliseconds interval, std::function<void()> task);
+    std::function<void()> removal(std::uint64_t id) const;
 
     std::mutex m_mutex;
     std::deque<Async> m_async;

@@ -17,9 +17,14 @@ TaskHandle QtMainQueue::every(std::chrono::milliseconds interval, std::function<
     return schedule(interval, Repeat::yes, std::move(task));
 }
 
-TaskHandle QtMainQueue::schedule(std::chrono::milliseconds delay, Repeat repeat,
-                                 std::function<void()> task) {
-    auto* timer = new QTimer(&m_anchor);
+void QtMainQueue::after(QObject* context, std::chrono::milliseconds delay,
+                        std::function<void()> task) {
+    start(context, delay, Repeat::no, std::move(task));
+}
+
+QTimer* QtMainQueue::start(QObject* owner, std::chrono::milliseconds delay, Repeat repeat,
+                           std::function<void()> task) {
+    auto* timer = new QTimer(owner);
     timer->setSingleShot(repeat == Repeat::no);
     // Coarse timers let the kernel join wake-ups; below a second their slack would show.
     timer->setTimerType(delay < std::chrono::seconds(1) ? Qt::PreciseTimer : Qt::CoarseTimer);
@@ -29,8 +34,13 @@ TaskHandle QtMainQueue::schedule(std::chrono::milliseconds delay, Repeat repeat,
         task();
     });
     timer->start(delay);
+    return timer;
+}
+
+TaskHandle QtMainQueue::schedule(std::chrono::milliseconds delay, Repeat repeat,
+                                 std::function<void()> task) {
     // Deferred deletion: a task may cancel itself while it runs.
-    return TaskHandle([guarded = QPointer(timer)] {
+    return TaskHandle([guarded = QPointer(start(&m_anchor, delay, repeat, std::move(task)))] {
         if (guarded) {
             guarded->stop();
             guarded->deleteLater();
