@@ -1,11 +1,10 @@
 #pragma once
 
+#include "app/daemon_poll.h"
+#include "app/dashboard_settings.h"
 #include "app/status_card.h"
-#include "platform/main_queue.h"
 
 #include <QList>
-
-#include <chrono>
 
 namespace tamsel {
 
@@ -14,13 +13,11 @@ class Bundle;
 class DaemonMgr;
 class DaemonXPCClient;
 class LaunchAtLoginMgr;
-class Logger;
 class NotificationCenter;
 class PermissionMgr;
 class Quorel;
 class SettingsPanes;
 class SystemExtensionMgr;
-class TamselDaemonProtocol;
 class UpdateMgr;
 class UserDefaults;
 
@@ -42,9 +39,8 @@ struct DashboardServices {
 };
 
 /// The dashboard: whether remapping works and, if not, what is at fault and what helps; the master
-/// switch, the application's own switches, the full quit. It asks the daemon for its status every
-/// three seconds while it is shown, and brings the daemon in line with the master switch. Main
-/// thread.
+/// switch, the application's own switches, the full quit. It polls the daemon while it is shown.
+/// Main thread.
 class DashboardVM final : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool isLaunchAtLoginEnabled READ isLaunchAtLoginEnabled NOTIFY settingsChanged)
@@ -63,29 +59,21 @@ public:
     enum Tone { Neutral, Warning, Error, Accent };
     Q_ENUM(Tone)
 
-    static constexpr std::chrono::milliseconds pollInterval{3000};
-    static constexpr int unresponsiveAfter = 4; ///< ticks without a reply
-
     explicit DashboardVM(const DashboardServices& services, QObject* parent = nullptr);
 
-    bool isLaunchAtLoginEnabled() const { return m_isLaunchAtLoginEnabled; }
-    bool showInMenuBar() const { return m_showInMenuBar; }
-    bool remappingEnabled() const { return m_remappingEnabled; }
+    bool isLaunchAtLoginEnabled() const { return m_settings.isLaunchAtLoginEnabled(); }
+    bool showInMenuBar() const { return m_settings.showInMenuBar(); }
+    bool remappingEnabled() const { return m_settings.remappingEnabled(); }
     bool showFullQuitConfirm() const { return m_showFullQuitConfirm; }
     void setShowFullQuitConfirm(bool show);
     const QString& latestChangelog() const { return m_latestChangelog; }
     /// The application's short version.
     QString version() const;
 
-    bool hasDaemonStatus() const { return m_status.hasDaemonStatus; }
-    bool driverConnected() const { return m_status.driverConnected; }
-    bool daemonTccDenied() const { return m_status.daemonTccDenied; }
-    const QString& daemonStatusText() const { return m_status.daemonStatusText; }
-    bool daemonUnresponsive() const { return m_status.daemonUnresponsive; }
-    int pollTickCount() const { return m_pollTickCount; }
+    const DaemonPoll& poll() const { return m_poll; }
 
     /// The daemon says that remapping works.
-    bool isRunning() const;
+    bool isRunning() const { return m_poll.isRemapping(); }
     /// The daemon's status in words, translated; empty before its first reply.
     QString statusLine() const;
     /// Those that concern the user now, in their order.
@@ -111,42 +99,16 @@ signals:
     void cardsChanged();
 
 private:
-    enum class Counting { no, yes };
-    /// What the daemon's replies and their absence amount to.
-    struct Status {
-        bool hasDaemonStatus = false;
-        bool driverConnected = false;
-        bool daemonTccDenied = false;
-        QString daemonStatusText;
-        bool daemonUnresponsive = false;
-
-        bool operator==(const Status&) const = default;
-    };
-
-    void loadSettings();
-    void startPolling();
-    void stopPolling();
     void becameActive();
-    bool isDaemonUp() const;
-    void fetchStatus(Counting counting);
-    void apply(bool isGrabbing, bool driverConnected, const QString& statusText);
-    void alignDaemon(bool isGrabbing);
-    std::shared_ptr<TamselDaemonProtocol> proxy();
-    void sendGrabbingOrder(bool start);
-    void setStatus(const Status& status);
     void openExtensionSettings();
     QList<StatusCard> currentCards() const;
     void updateCards();
 
     DashboardServices m_services;
-    bool m_isLaunchAtLoginEnabled = false;
-    bool m_showInMenuBar = true;
+    DashboardSettings m_settings;
+    DaemonPoll m_poll;
     bool m_showFullQuitConfirm = false;
-    bool m_remappingEnabled = true;
     QString m_latestChangelog;
-    Status m_status;
-    TaskHandle m_pollTimer;
-    int m_pollTickCount = 0;
     QList<StatusCard> m_cards;
 };
 

@@ -30,7 +30,7 @@ struct DashboardTest : LifecycleFixture {
         daemon.takeCalls();
         takeLog();
     }
-    void tick(int times = 1) { queue.advance(DashboardVM::pollInterval * times); }
+    void tick(int times = 1) { queue.advance(DaemonPoll::interval * times); }
     QStringList cards() const {
         QStringList ids;
         for (const StatusCard& card : vm->cards())
@@ -69,26 +69,26 @@ TEST_F(DashboardTest, FourSilentTicksMakeItUnresponsive) {
     vm->appear();
     EXPECT_EQ(cards(), QStringList{"checking"});
     tick(3);
-    EXPECT_FALSE(vm->daemonUnresponsive());
+    EXPECT_FALSE(vm->poll().status().daemonUnresponsive);
     daemon.silent = false;
     Q_EMIT notifications.applicationDidBecomeActive(); // a reply after the third tick
     queue.runPending();
     EXPECT_EQ(cards(), QStringList{});
     daemon.silent = true;
     tick();
-    EXPECT_EQ(vm->pollTickCount(), 1);
+    EXPECT_EQ(vm->poll().tickCount(), 1);
     tick(2);
-    EXPECT_FALSE(vm->daemonUnresponsive());
+    EXPECT_FALSE(vm->poll().status().daemonUnresponsive);
     tick();
-    EXPECT_TRUE(vm->daemonUnresponsive());
+    EXPECT_TRUE(vm->poll().status().daemonUnresponsive);
     EXPECT_EQ(cards(), QStringList{"unresponsive"});
     EXPECT_EQ(vm->statusLine(), "Running normally") << "the last state stays";
     vm->appear();
-    EXPECT_FALSE(vm->daemonUnresponsive()) << "starting again begins afresh";
+    EXPECT_FALSE(vm->poll().status().daemonUnresponsive) << "starting again begins afresh";
     tick(4);
     daemon.silent = false;
     tick();
-    EXPECT_FALSE(vm->daemonUnresponsive());
+    EXPECT_FALSE(vm->poll().status().daemonUnresponsive);
 }
 
 TEST_F(DashboardTest, ShowsWhatTheDaemonSaysAndKeepsItInLine) {
@@ -172,10 +172,10 @@ TEST_F(DashboardTest, WithoutAProxyTheDaemonCountsAsNotConnected) {
     vm->appear();
     queue.runPending();
     EXPECT_EQ(vm->statusLine(), "Daemon is not connected yet.");
-    EXPECT_FALSE(vm->driverConnected());
+    EXPECT_FALSE(vm->poll().status().driverConnected);
     daemonMgr.unregisterServices();
     tick();
-    EXPECT_FALSE(vm->hasDaemonStatus()) << "the daemon is down";
+    EXPECT_FALSE(vm->poll().status().hasDaemonStatus) << "the daemon is down";
     EXPECT_EQ(vm->statusLine(), "");
 }
 

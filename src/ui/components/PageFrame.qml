@@ -9,9 +9,8 @@ FocusScope {
     property alias actions: actionRow.data
     default property alias body: bodyArea.data
 
-    // The window shows this screen; false while it is hidden.
-    readonly property bool shown: owner ? owner.shown : Window.visibility !== Window.Hidden
-    readonly property MainV owner: Window.window as MainV
+    // The window shows this screen; false while it is hidden. Who loads the screen tells.
+    property bool shown: Window.visibility !== Window.Hidden
     readonly property int contentWidth: header.width
     // What Page Up and Down, Home and End scroll.
     property Flickable scroller: null

@@ -26,7 +26,8 @@ Window {
     }
 
     function showPage(): void {
-        pages.setSource(sidebar.page, { screens: root.screens });
+        pages.setSource(sidebar.page,
+                        { screens: root.screens, shown: Qt.binding(() => root.shown) });
     }
 
     title: qsTr("Tamsel")
