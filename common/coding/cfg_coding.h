@@ -4,10 +4,6 @@
 #include "base/error.h"
 #include "records/records.h"
 
-#include <string>
-#include <string_view>
-#include <vector>
-
 namespace tamsel {
 
 /// The configuration as a binary property list ("bplist00"): the root is a dictionary with all
@@ -21,10 +17,5 @@ Result<Bytes> encodeCfg(const Cfg& cfg);
 /// defaults; everything else is required. A document whose decoded texts and lists would take more
 /// than 64 MiB is refused.
 Result<Cfg> decodeCfg(ByteView bytes);
-
-/// The seen-devices list as a JSON array of objects with the eight keys of SeenDeviceInfo, each
-/// required. Unknown keys are skipped.
-Result<std::vector<SeenDeviceInfo>> decodeSeenDevices(std::string_view json);
-std::string encodeSeenDevices(const std::vector<SeenDeviceInfo>& devices);
 
 } // namespace tamsel

@@ -1,4 +1,4 @@
-#include "coding/cfg_coding.h"
+#include "coding/seen_devices_coding.h"
 
 #include "coding/json_reading.h"
 #include "records/record_fields.h"

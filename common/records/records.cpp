@@ -1,6 +1,7 @@
 #include "records/records.h"
 
 #include "records/record_fields.h"
+#include "records/seen_device.h"
 
 namespace tamsel {
 

@@ -1,6 +1,6 @@
 #include "bus/daemon_object.h"
 
-#include "coding/cfg_coding.h"
+#include "coding/seen_devices_coding.h"
 
 #include <array>
 #include <string>

@@ -2,13 +2,14 @@
 
 #include "base/bytes.h"
 #include "base/error.h"
-#include "records/records.h"
-#include "protocol/daemon_protocol.h"
-#include "engine/engine.h"
 #include "core/access_report.h"
-#include "core/virtual_device.h"
 #include "core/action_runner.h"
 #include "core/order_memory.h"
+#include "core/virtual_device.h"
+#include "engine/engine.h"
+#include "protocol/daemon_protocol.h"
+#include "records/records.h"
+#include "records/seen_device.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "records/records.h"
+#include "records/seen_device.h"
 
 namespace tamsel {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/records.h"
+#include "records/seen_device.h"
 
 #include <libevdev/libevdev.h>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "records/records.h"
 #include "core/access_report.h"
+#include "records/seen_device.h"
 
 #include <string>
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "simulation/simulated_devices.h"
 
-#include "coding/cfg_coding.h"
+#include "coding/seen_devices_coding.h"
 
 #include <array>
 #include <cerrno>

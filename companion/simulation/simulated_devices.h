@@ -1,10 +1,11 @@
 #pragma once
 
 #include "base/error.h"
-#include "records/records.h"
-#include "simulation/simulated_line.h"
 #include "base/unique_fd.h"
 #include "core/virtual_device.h"
+#include "records/records.h"
+#include "records/seen_device.h"
+#include "simulation/simulated_line.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,6 +1,7 @@
 #include "daemon/daemon_xpc_client.h"
 
 #include "coding/cfg_coding.h"
+#include "coding/seen_devices_coding.h"
 #include "config/config_desk.h"
 #include "log/logger.h"
 

@@ -4,6 +4,7 @@
 #include "platform/daemon_connection.h"
 #include "platform/main_queue.h"
 #include "records/records.h"
+#include "records/seen_device.h"
 
 #include <QObject>
 

@@ -1,6 +1,7 @@
 #include "../support/logic_fixture.h"
 
 #include "coding/cfg_coding.h"
+#include "coding/seen_devices_coding.h"
 #include "config/default_config.h"
 
 namespace tamsel {

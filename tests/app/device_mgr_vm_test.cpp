@@ -1,6 +1,7 @@
 #include "../support/logic_fixture.h"
 
 #include "coding/cfg_coding.h"
+#include "coding/seen_devices_coding.h"
 #include "config/default_config.h"
 #include "devices/device_mgr_vm.h"
 
@@ -57,9 +58,9 @@ SeenDeviceInfo seen(std::int64_t vendor, std::int64_t product, const char* name,
     return {vendor, product, name, "Maker", "USB", isSeized, false, isMouse};
 }
 
-const std::vector<SeenDeviceInfo> onTheTable{seen(1, 1, "Keys", false, true), seen(2, 2, "Mouse", true),
-                                       seen(3, 3, "", false), seen(3, 3, "Receiver", true, true),
-                                       seen(4, 4, "Second", true)};
+const std::vector<SeenDeviceInfo> onTheTable{
+    seen(1, 1, "Keys", false, true), seen(2, 2, "Mouse", true), seen(3, 3, "", false),
+    seen(3, 3, "Receiver", true, true), seen(4, 4, "Second", true)};
 
 TEST_F(DeviceMgrVMTest, FoldsReportsIntoRows) {
     const auto groups =

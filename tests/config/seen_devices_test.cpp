@@ -1,4 +1,4 @@
-#include "coding/cfg_coding.h"
+#include "coding/seen_devices_coding.h"
 
 #include <gtest/gtest.h>
 

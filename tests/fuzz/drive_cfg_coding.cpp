@@ -1,3 +1,4 @@
+#include "coding/seen_devices_coding.h"
 #include "config/cfg_samples.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 #include "coding/cfg_coding.h"
+#include "coding/seen_devices_coding.h"
 
 #include <cstddef>
 #include <cstdint>

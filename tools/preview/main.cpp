@@ -3,7 +3,7 @@
 //                   [--trouble] [--quit] [--guide PANE] [--tab N] [--update STATE] [--uninstall]
 //                   [--disconnected]
 
-#include "coding/cfg_coding.h"
+#include "coding/seen_devices_coding.h"
 #include "platform/fake/fake_platform.h"
 #include "program/program.h"
 #include "ui/main_window.h"
