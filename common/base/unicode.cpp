@@ -1,7 +1,5 @@
 #include "base/unicode.h"
 
-#include "coding/coding_errors.h"
-
 #include <algorithm>
 #include <array>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "coding/plist_reader.h"
 
-#include "coding/plist_layout.h"
 #include "base/unicode.h"
+#include "coding/plist_layout.h"
 
 #include <algorithm>
 #include <array>
@@ -21,6 +21,18 @@ std::uint64_t bigEndian(ByteView bytes) {
 
 bool isWidth(std::size_t size) {
     return size >= 1 && size <= 8;
+}
+
+tl::unexpected<Error> unknownObject() {
+    return fail("an object of an unknown type");
+}
+
+Result<PlistObject> simpleObject(std::uint8_t marker) {
+    if (marker == plist::markerNull)
+        return PlistObject{};
+    if (marker == plist::markerFalse || marker == plist::markerTrue)
+        return PlistObject{.kind = PlistKind::boolean, .isTrue = marker == plist::markerTrue};
+    return unknownObject();
 }
 
 } // namespace
@@ -56,22 +68,25 @@ Result<PlistObject> PlistReader::member(const PlistObject& container, std::size_
     return object(bigEndian(container.payload.subspan(index * m_referenceSize, m_referenceSize)));
 }
 
-Result<PlistObject> PlistReader::object(std::uint64_t reference) const {
+Result<std::size_t> PlistReader::placeOf(std::uint64_t reference) const {
     if (reference >= m_objectCount)
         return fail("a reference points at no object");
     const std::size_t entry = m_offsetTable + static_cast<std::size_t>(reference) * m_offsetSize;
     const std::uint64_t at = bigEndian(m_bytes.subspan(entry, m_offsetSize));
     if (at < plist::magic.size() || at >= m_offsetTable)
         return fail("an object lies outside the property list");
-    const std::uint8_t marker = m_bytes[at];
-    const std::size_t next = static_cast<std::size_t>(at) + 1;
+    return static_cast<std::size_t>(at);
+}
+
+Result<PlistObject> PlistReader::object(std::uint64_t reference) const {
+    const auto at = placeOf(reference);
+    if (!at)
+        return tl::unexpected(at.error());
+    const std::uint8_t marker = m_bytes[*at];
+    const std::size_t next = *at + 1;
     switch (marker & 0xF0U) {
     case plist::simple:
-        if (marker == plist::markerNull)
-            return PlistObject{};
-        if (marker == plist::markerFalse || marker == plist::markerTrue)
-            return PlistObject{.kind = PlistKind::boolean, .isTrue = marker == plist::markerTrue};
-        break;
+        return simpleObject(marker);
     case plist::integer: {
         const std::size_t width = std::size_t{1} << (marker & 0x0FU);
         if (width > 16)
@@ -101,7 +116,7 @@ Result<PlistObject> PlistReader::object(std::uint64_t reference) const {
     default:
         break;
     }
-    return fail("an object of an unknown type");
+    return unknownObject();
 }
 
 Result<PlistObject> PlistReader::sized(PlistKind kind, std::uint8_t marker, std::size_t at,

@@ -63,6 +63,8 @@ private:
     explicit PlistReader(ByteView document) : m_bytes(document) {}
 
     Result<PlistObject> object(std::uint64_t reference) const;
+    /// Where the object stands.
+    Result<std::size_t> placeOf(std::uint64_t reference) const;
     Result<PlistObject> sized(PlistKind kind, std::uint8_t marker, std::size_t at,
                               std::size_t unitSize) const;
 
