@@ -110,11 +110,7 @@ void playUpdater(FakeUpdater& updater, const QString& state) {
     }
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    QGuiApplication application(argc, argv);
-    QCommandLineParser arguments;
+void addOptions(QCommandLineParser& arguments) {
     arguments.addOptions({{"dark", "dark palette"},
                           {"size", "window size, WxH", "size"},
                           {"page", "screen to show", "page", "mapping"},
@@ -133,15 +129,10 @@ int main(int argc, char** argv) {
                            "state"},
                           {"uninstall", "ask whether to uninstall"},
                           {"disconnected", "no daemon"}});
-    arguments.process(application);
-    if (arguments.isSet("dark")) {
-        QPalette palette = QGuiApplication::palette();
-        palette.setColor(QPalette::Window, QColor(Qt::black));
-        QGuiApplication::setPalette(palette);
-    }
+}
 
-    FakePlatform platform;
-    FakeMainQueue& queue = platform.queue;
+/// The copy of the application, and what is wrong with the machine.
+void describe(FakePlatform& platform) {
     platform.bundle.infoStrings["CFBundleShortVersionString"] = "1.4.2";
     platform.bundle.infoStrings["CFBundleVersion"] = "142";
     platform.bundle.resources["changelog/changelog.txt"] = TAMSEL_CHANGELOG;
@@ -154,6 +145,52 @@ int main(int argc, char** argv) {
                                .inputMode = "root:input crw-rw----",
                                .inputGroup = "input",
                                .helper = "/usr/libexec/tamsel/tamsel-driver-helper"};
+}
+
+/// Everything runs.
+void setUp(FakePlatform& platform, Program& program) {
+    platform.daemon.status = {true, true, "RUNNING"};
+    program.daemonMgr.registerServices();
+    program.screens.permission()->checkPermission();
+    program.sysExtMgr.loadExtension();
+    platform.extensions.finish(0);
+}
+
+/// One of each kind for the key viewer.
+void reportKeys(FakePlatform& platform) {
+    const struct {
+        quint32 in;
+        KeyEventAction action;
+        quint32 out;
+        bool apple;
+    } samples[] = {{57, keyRemap, 224, true},
+                   {4, keyPassthrough, 4, true},
+                   {230, keyPassthrough, 230, false},
+                   {5, keySuppress, 5, false},
+                   {128, keyMedia, 128, false}};
+    for (const auto& sample : samples) {
+        for (const bool down : {true, false})
+            platform.daemon.current->exported->onKeyEvent(
+                {sample.in, down, sample.action, sample.out, sample.apple});
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QGuiApplication application(argc, argv);
+    QCommandLineParser arguments;
+    addOptions(arguments);
+    arguments.process(application);
+    if (arguments.isSet("dark")) {
+        QPalette palette = QGuiApplication::palette();
+        palette.setColor(QPalette::Window, QColor(Qt::black));
+        QGuiApplication::setPalette(palette);
+    }
+
+    FakePlatform platform;
+    FakeMainQueue& queue = platform.queue;
+    describe(platform);
     Program program(platform.parts());
     Screens& screens = program.screens;
     program.storage.save(sampleConfig(arguments.value("rows").toInt()));
@@ -164,15 +201,10 @@ int main(int argc, char** argv) {
     }
     if (!arguments.isSet("empty"))
         platform.daemon.seenDevices = sampleDevices();
-    if (arguments.isSet("trouble")) {
+    if (arguments.isSet("trouble"))
         platform.updater.driver->showReadyToInstallAndRelaunch([](SPUUserUpdateChoice) {});
-    } else {
-        platform.daemon.status = {true, true, "RUNNING"};
-        program.daemonMgr.registerServices();
-        screens.permission()->checkPermission();
-        program.sysExtMgr.loadExtension();
-        platform.extensions.finish(0);
-    }
+    else
+        setUp(platform, program);
     screens.mapping()->reload();
     screens.combo()->reload();
     const MainWindow window(screens);
@@ -201,21 +233,7 @@ int main(int argc, char** argv) {
     if (arguments.isSet("viewer")) {
         screens.about()->openKeyViewer();
         queue.runPending();
-        const struct {
-            quint32 in;
-            KeyEventAction action;
-            quint32 out;
-            bool apple;
-        } samples[] = {{57, keyRemap, 224, true},
-                       {4, keyPassthrough, 4, true},
-                       {230, keyPassthrough, 230, false},
-                       {5, keySuppress, 5, false},
-                       {128, keyMedia, 128, false}};
-        for (const auto& sample : samples) {
-            for (const bool down : {true, false})
-                platform.daemon.current->exported->onKeyEvent(
-                    {sample.in, down, sample.action, sample.out, sample.apple});
-        }
+        reportKeys(platform);
         queue.runPending();
     }
     return QGuiApplication::exec();
