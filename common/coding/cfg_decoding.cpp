@@ -96,7 +96,7 @@ Result<void> CfgDecoder::read(const PlistObject& object, const Place& place, std
     Result<std::string> text = PlistReader::text(object);
     if (!text)
         return failAt(std::move(text.error()), place);
-    if (!m_budget.take(text->size()))
+    if (!m_budget.spend(text->size()))
         return overBudget(place);
     out = std::move(*text);
     return {};
@@ -148,7 +148,7 @@ Result<void> CfgDecoder::read(const PlistObject& object, const Place& place,
                               std::vector<Element>& out) {
     if (Result<void> right = expect(object, PlistKind::array, place); !right)
         return right;
-    if (!m_budget.take(object.count, CodingBudget::elementCost<Element>()))
+    if (!m_budget.spend(object.count, CodingBudget::elementCost<Element>()))
         return overBudget(place);
     // A count alone reserves nothing: distinct elements take at least some bytes of the document.
     constexpr std::size_t shortestElement = 16;
@@ -170,7 +170,7 @@ Result<void> CfgDecoder::read(const PlistObject& object, const Place& place, Rec
         return right;
     constexpr std::size_t known = fieldCount<Record>;
     if (object.count > known &&
-        !m_budget.take(object.count - known, CodingBudget::unknownKeyCost)) {
+        !m_budget.spend(object.count - known, CodingBudget::unknownKeyCost)) {
         return overBudget(place);
     }
     Seen<Record> seen;

@@ -1,11 +1,11 @@
 #include "coding/cfg_coding.h"
 
+#include "base/unicode.h"
 #include "coding/coding_budget.h"
 #include "coding/coding_errors.h"
 #include "coding/place.h"
 #include "coding/plist_writer.h"
 #include "records/record_fields.h"
-#include "base/unicode.h"
 
 #include <array>
 #include <cstdint>
@@ -55,7 +55,7 @@ tl::unexpected<Error> overBudget(const Place& place) {
 }
 
 Result<void> CfgMeasure::add(const std::string& text, const Place& place) {
-    if (!m_budget.take(text.size()))
+    if (!m_budget.spend(text.size()))
         return overBudget(place);
     if (!isAscii(text) && !utf16Length(text))
         return fail("the text is not valid UTF-8", place.text());
@@ -75,7 +75,7 @@ Result<void> CfgMeasure::add(Enum value, const Place& place) {
 
 template <class Element>
 Result<void> CfgMeasure::add(const std::vector<Element>& list, const Place& place) {
-    if (!m_budget.take(list.size(), CodingBudget::elementCost<Element>()))
+    if (!m_budget.spend(list.size(), CodingBudget::elementCost<Element>()))
         return overBudget(place);
     for (std::size_t i = 0; i < list.size(); ++i) {
         if (Result<void> done = add(list[i], Place(place, i)); !done)

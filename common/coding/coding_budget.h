@@ -27,7 +27,7 @@ public:
     }
 
     /// False when `count` things of `cost` bytes are more than is left.
-    [[nodiscard]] bool take(std::size_t count, std::size_t cost = 1) {
+    [[nodiscard]] bool spend(std::size_t count, std::size_t cost = 1) {
         if (count > m_left / cost)
             return false;
         m_left -= count * cost;

@@ -1,7 +1,7 @@
 #include "coding/plist_writer.h"
 
-#include "coding/plist_layout.h"
 #include "base/unicode.h"
+#include "coding/plist_layout.h"
 
 #include <array>
 #include <bit>

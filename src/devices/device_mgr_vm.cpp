@@ -43,11 +43,11 @@ void DeviceMgrVM::reload() {
 void DeviceMgrVM::refresh() {
     m_daemon.fetchSeenDevices([weak = QPointer(this)](std::vector<SeenDeviceInfo> devices) {
         if (weak)
-            weak->take(std::move(devices));
+            weak->showSeen(std::move(devices));
     });
 }
 
-void DeviceMgrVM::take(std::vector<SeenDeviceInfo> devices) {
+void DeviceMgrVM::showSeen(std::vector<SeenDeviceInfo> devices) {
     m_devices = std::move(devices);
     m_groups = deviceGroups(m_devices);
     excludeNewCombinedDevices();

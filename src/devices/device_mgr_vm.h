@@ -68,7 +68,7 @@ signals:
     void confirmationChanged();
 
 private:
-    void take(std::vector<SeenDeviceInfo> devices);
+    void showSeen(std::vector<SeenDeviceInfo> devices);
     void excludeNewCombinedDevices();
     bool isPending(const DeviceGroup& group) const;
     void countDown();

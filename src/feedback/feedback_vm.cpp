@@ -26,14 +26,14 @@ void FeedbackVM::loadTickets() {
     m_logger.info(QStringLiteral("[Feedback] 獲取工單列表"));
     m_listLoad = m_api.fetchTickets([this](const TicketAPI::Outcome<TicketAPI::Tickets>& tickets) {
         if (tickets)
-            take(*tickets);
+            showList(*tickets);
         else
             failed("載入工單失敗", tickets.error(), tr("Load Failed"));
         endLoad(m_isLoading, m_listWaiters);
     });
 }
 
-void FeedbackVM::take(const TicketAPI::Tickets& tickets) {
+void FeedbackVM::showList(const TicketAPI::Tickets& tickets) {
     m_tickets = tickets;
     m_rows = ticketRows(m_tickets, m_clock, m_style);
     Q_EMIT ticketsChanged();
@@ -69,14 +69,14 @@ void FeedbackVM::loadDetail(const QString& uuid) {
     m_detailLoad = m_api.fetchTicketDetail(
         uuid, [this, uuid](const TicketAPI::Outcome<TicketDetailResponse>& response) {
             if (response)
-                take(uuid, response->ticket);
+                showDetail(uuid, response->ticket);
             else
                 failed("載入工單詳情失敗", response.error(), tr("Load Failed"));
             endLoad(m_isLoadingDetail, m_detailWaiters);
         });
 }
 
-void FeedbackVM::take(const QString& uuid, const TicketDetail& ticket) {
+void FeedbackVM::showDetail(const QString& uuid, const TicketDetail& ticket) {
     m_ticketDetail = ticket;
     m_detailUuid = uuid;
     m_page = ticketPage(ticket);

@@ -104,8 +104,8 @@ private:
     void setErrorMsg(const QString& message);
     void failed(const char* what, const TicketFailure& failure, const QString& message);
     void endLoad(bool& flag, Waiters& waiters);
-    void take(const TicketAPI::Tickets& tickets);
-    void take(const QString& uuid, const TicketDetail& ticket);
+    void showList(const TicketAPI::Tickets& tickets);
+    void showDetail(const QString& uuid, const TicketDetail& ticket);
     void commentAdded(const QString& uuid, const CommentResponse& response);
     void open(const QString& uuid);
 

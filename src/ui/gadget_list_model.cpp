@@ -160,7 +160,7 @@ void GadgetListModel::refresh() {
     } else {
         for (int i = count() - 1; i >= 0; --i) {
             if (!inPlace[i])
-                take(i, i);
+                removeSpan(i, i);
         }
     }
     insertNew(fresh);
@@ -169,7 +169,7 @@ void GadgetListModel::refresh() {
         Q_EMIT countChanged();
 }
 
-void GadgetListModel::take(int first, int last) {
+void GadgetListModel::removeSpan(int first, int last) {
     beginRemoveRows({}, first, last);
     m_rows.remove(first, last - first + 1);
     endRemoveRows();
@@ -182,7 +182,7 @@ void GadgetListModel::removeGone(const Ranks& ranks) {
         int first = last;
         while (first > 0 && !ranks.contains(m_rows[first - 1].key))
             --first;
-        take(first, last);
+        removeSpan(first, last);
         last = first;
     }
 }

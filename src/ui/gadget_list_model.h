@@ -66,7 +66,7 @@ private:
     void moveDisplaced(const Ranks& ranks, const QList<bool>& inPlace);
     void insertNew(const QList<Row>& fresh);
     void updateChanged(const QList<Row>& fresh);
-    void take(int first, int last);
+    void removeSpan(int first, int last);
 
     QPointer<QObject> m_source;
     QString m_listName;

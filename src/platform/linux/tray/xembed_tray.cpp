@@ -111,7 +111,7 @@ void XembedTray::show(const QImage& icon) {
 void XembedTray::setToolTip(const QString& text) {
     m_text = text;
     if (m_window)
-        say();
+        nameWindow();
 }
 
 void XembedTray::hide() {
@@ -240,7 +240,7 @@ void XembedTray::makeWindow() {
                           XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
                       values);
     xcb_free_colormap(m_connection, colours);
-    say();
+    nameWindow();
     const quint32 hints[18] = {hintMinSize, 0, 0, 0, 0, smallestIcon, smallestIcon};
     xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_NORMAL_HINTS,
                         XCB_ATOM_WM_SIZE_HINTS, 32, 18, hints);
@@ -249,7 +249,7 @@ void XembedTray::makeWindow() {
                         m_atoms->xembedInfo, 32, 2, info);
 }
 
-void XembedTray::say() {
+void XembedTray::nameWindow() {
     // Assistive programs read the window's name.
     QByteArray name = "Tamsel tray icon";
     if (!m_text.isEmpty())

@@ -46,7 +46,7 @@ private:
     void makeWindow();
     void destroyWindow();
     void draw();
-    void say();
+    void nameWindow();
     void hideToolTip();
     QImage background(const QSize& size) const;
 
