@@ -13,7 +13,7 @@ enum class NodeAccess : std::uint8_t {
     ok,
     noNode,        ///< there is none, or no driver behind it
     noAccess,      ///< it may not be opened
-    notInGroupYet, ///< nor may it, but the user may since the last login: a new one is needed
+    notInGroupYet, ///< not yet: the account has the group, but this session began before it did
 };
 
 /// The groups by which somebody may open nodes.
