@@ -41,9 +41,14 @@ TEST_F(QtMainQueueTest, TasksOfSeveralThreadsKeepTheirOrderAndDieWithTheirContex
 TEST_F(QtMainQueueTest, HandlesTakeTasksBack) {
     int cancelled = 0;
     int repeated = 0;
+    int kept = 0;
     {
         const TaskHandle dropped = queue.after(milliseconds(1), [&] { ++cancelled; });
     }
+    auto context = std::make_unique<QObject>();
+    queue.after(context.get(), milliseconds(1), [&] { ++cancelled; });
+    context.reset();
+    queue.after(&loop, milliseconds(1), [&] { ++kept; });
     TaskHandle replaced = queue.after(milliseconds(1), [&] { ++cancelled; });
     replaced = queue.after(milliseconds(2), [] {});
     // A task that cancels itself while it runs.
@@ -54,6 +59,7 @@ TEST_F(QtMainQueueTest, HandlesTakeTasksBack) {
     runFor(milliseconds(50));
     EXPECT_EQ(cancelled, 0);
     EXPECT_EQ(repeated, 3);
+    EXPECT_EQ(kept, 1);
 }
 
 } // namespace tamsel

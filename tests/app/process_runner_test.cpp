@@ -135,6 +135,8 @@ TEST(ThreadBackgroundQueueTest, EndsAlthoughATaskWaitsForAProgram) {
                 succeeded.push_back(runner.run(shell, {"-c", text}).has_value());
         });
         begun.get_future().wait();
+        queue.finish();
+        queue.run([&] { succeeded.push_back(true); });
     }
     EXPECT_EQ(succeeded, std::vector<bool>(2, false)) << "waited for, and interrupted";
 }
