@@ -1,4 +1,5 @@
 #include "config/cfg_samples.h"
+#include "records/seen_device.h"
 
 #include <gtest/gtest.h>
 #include <string_view>
