@@ -1,9 +1,9 @@
 #pragma once
 
-#include "records/records.h"
 #include "engine/key_chord.h"
 #include "engine/modifier_set.h"
 #include "engine/usage_slots.h"
+#include "records/records.h"
 
 #include <array>
 #include <cstdint>

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "base/error.h"
-#include "records/records.h"
-#include "protocol/daemon_protocol.h"
 #include "engine/combo_table.h"
 #include "engine/key_events.h"
 #include "engine/mapping_table.h"
 #include "engine/usage_slots.h"
 #include "engine/virtual_keys.h"
+#include "protocol/daemon_protocol.h"
+#include "records/records.h"
 
 #include <array>
 #include <cstdint>

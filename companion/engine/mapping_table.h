@@ -1,8 +1,8 @@
 #pragma once
 
-#include "records/records.h"
 #include "engine/modifier_set.h"
 #include "engine/usage_slots.h"
+#include "records/records.h"
 
 #include <array>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "daemon/daemon_event_hub.h"
 
-#include "keys/key_codes.h"
 #include "daemon/local_key.h"
+#include "keys/key_codes.h"
 
 #include <QPointer>
 

@@ -1,11 +1,11 @@
 #include "editors/combo_row.h"
 
 #include "config/combo_conflicts.h"
-#include "keys/key_codes.h"
-#include "keys/modifier_names.h"
 #include "config/text_rules.h"
 #include "editors/action_titles.h"
 #include "editors/combo_title.h"
+#include "keys/key_codes.h"
+#include "keys/modifier_names.h"
 
 #include <algorithm>
 #include <unordered_map>

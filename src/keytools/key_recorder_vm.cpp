@@ -1,9 +1,9 @@
 #include "keytools/key_recorder_vm.h"
 
-#include "keys/key_codes.h"
-#include "keys/modifier_names.h"
 #include "daemon/daemon_event_hub.h"
 #include "daemon/local_key.h"
+#include "keys/key_codes.h"
+#include "keys/modifier_names.h"
 
 #include <QPointer>
 

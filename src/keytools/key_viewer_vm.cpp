@@ -1,7 +1,7 @@
 #include "keytools/key_viewer_vm.h"
 
-#include "keys/key_codes.h"
 #include "daemon/daemon_event_hub.h"
+#include "keys/key_codes.h"
 #include "platform/clock.h"
 
 #include <QPointer>

@@ -1,9 +1,9 @@
 #include "config/combo_conflicts.h"
 #include "config/default_config.h"
+#include "config/trigger_signatures.h"
 #include "keys/key_codes.h"
 #include "keys/key_press.h"
 #include "keys/us_typing.h"
-#include "config/trigger_signatures.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 // The daemon's bus, with a standard input in place of combos: each line "USER COMMAND" is handed to
 // that user's agent, and what became of it is printed as "true" or "false".
 
-#include "protocol/socket_path.h"
 #include "bus/access.h"
 #include "bus/bus_server.h"
 #include "program/event_loop.h"
+#include "protocol/socket_path.h"
 
 #include <charconv>
 #include <cstdio>

@@ -1,9 +1,9 @@
 #include "platform/linux/driver/linux_machine.h"
 
 #include "keys/keyboard_shape.h"
-#include "protocol/driver_helper.h"
 #include "platform/background_queue.h"
 #include "platform/main_queue.h"
+#include "protocol/driver_helper.h"
 
 #include <QDir>
 #include <QFile>
@@ -59,7 +59,8 @@ Node look(const QString& path, mode_t wanted, const Groups& groups, bool isOther
     return node;
 }
 
-/// The kernel's list of a device's keys: words in hexadecimal, the one with the highest codes first.
+/// The kernel's list of a device's keys: words in hexadecimal, the one with the highest codes
+/// first.
 bool hasKeyboardsKeys(const QString& list) {
     QFile file(list);
     const QList<QByteArray> words =

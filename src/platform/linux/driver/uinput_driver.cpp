@@ -1,7 +1,7 @@
 #include "platform/linux/driver/uinput_driver.h"
 
-#include "protocol/driver_helper.h"
 #include "platform/linux/process/child_process.h"
+#include "protocol/driver_helper.h"
 
 namespace tamsel {
 
