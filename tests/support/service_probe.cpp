@@ -39,10 +39,10 @@ int main(int argc, char** argv) {
     PrintedLog log;
     tamsel::Logger logger(log, queue, clock, pasteboard);
     auto deployment = tamsel::Deployment::here(QString::fromLocal8Bit(argv[1]));
+    const auto bundle = deployment.bundle();
     if (const QByteArray kind = argc > 2 ? argv[2] : ""; !kind.isEmpty())
         deployment.daemon = kind == "systemd" ? tamsel::Deployment::Daemon::systemd
                                               : tamsel::Deployment::Daemon::embedded;
-    const auto bundle = deployment.bundle();
     tamsel::LinuxServiceManagement services(deployment.services(bundle, QStringLiteral("/nowhere")),
                                             queue);
     tamsel::DaemonMgr mgr(services, bundle, logger);
