@@ -3,6 +3,8 @@
 #include "devices/mouse_takeover.h"
 #include "platform/background_queue.h"
 
+#include <utility>
+
 namespace tamsel {
 
 Program::BackgroundWork::~BackgroundWork() {
@@ -13,7 +15,7 @@ Program::Recovery::Recovery(StorageMgr& storage, const Platform& platform) {
     revertPendingTakeover(storage, platform.defaults);
 }
 
-Program::Program(const Platform& machine) : platform(machine) {
+Program::Program(Platform machine) : platform(std::move(machine)) {
     if (!platform.damagedSettings.isEmpty())
         logger.warning(QStringLiteral("[UserDefaults] 設定檔已損壞，另存為: ") +
                        platform.damagedSettings);

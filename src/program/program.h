@@ -20,7 +20,7 @@ namespace tamsel {
 /// The managers in the order in which they need each other, and the models of the screens; all of
 /// it ends in reverse. Main thread.
 struct Program final {
-    explicit Program(const Platform& machine);
+    explicit Program(Platform machine);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 

@@ -27,9 +27,9 @@ Deployment Deployment::here(const QString& programFolder) {
 }
 
 FolderBundle Deployment::bundle() const {
-    return FolderBundle(bundleFolder, programFolder,
-                        daemon == Daemon::fixed ? FolderBundle::DaemonProgram::elsewhere
-                                                : FolderBundle::DaemonProgram::here);
+    return {bundleFolder, programFolder,
+            daemon == Daemon::fixed ? FolderBundle::DaemonProgram::elsewhere
+                                    : FolderBundle::DaemonProgram::here};
 }
 
 ServicePlaces Deployment::services(const Bundle& bundle, const QString& application) const {
