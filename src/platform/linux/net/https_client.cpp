@@ -2,7 +2,6 @@
 
 #include "platform/linux/net/secure_requests.h"
 
-#include <QNetworkReply>
 #include <QPointer>
 
 #include <memory>
@@ -63,7 +62,7 @@ public:
 
 private:
     void ask();
-    QNetworkReply* post(QNetworkRequest request);
+    SecureRequests::Reply post(QNetworkRequest request);
     void take();
     void replied();
     void follow(int status, const QUrl& target);
@@ -73,7 +72,7 @@ private:
     HttpRequest m_request;
     HttpClient::Handler m_done;
     TaskHandle m_deadline;
-    std::unique_ptr<QNetworkReply> m_reply;
+    SecureRequests::Reply m_reply;
     QByteArray m_body;
     int m_redirects = 0;
 };
@@ -88,6 +87,8 @@ Exchange::Exchange(SecureRequests& requests, MainQueue& queue, HttpRequest reque
 }
 
 void Exchange::start() {
+    if (!m_done)
+        return; // taken back before it began
     if (m_request.url.scheme() == u"https" && SecureRequests::isAllowed(m_request.url))
         ask();
     else
@@ -103,7 +104,7 @@ void Exchange::ask() {
         request.setRawHeader(name, value);
     // A kept connection may be dead by the next request.
     request.setRawHeader("Connection", "close");
-    m_reply.reset(m_request.method == "POST" ? post(request) : m_requests.network().get(request));
+    m_reply = m_request.method == "POST" ? post(request) : m_requests.get(request);
     // The sooner it is read, the sooner it is too long.
     m_reply->setReadBufferSize(m_request.maxReplySize + 1);
     connect(m_reply.get(), &QNetworkReply::readyRead, this, &Exchange::take);
@@ -112,13 +113,10 @@ void Exchange::ask() {
             Qt::QueuedConnection);
 }
 
-QNetworkReply* Exchange::post(QNetworkRequest request) {
-    auto body = std::make_unique<BodyOnce>(m_request.body);
+SecureRequests::Reply Exchange::post(QNetworkRequest request) {
     request.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
     request.setHeader(QNetworkRequest::ContentLengthHeader, m_request.body.size());
-    QNetworkReply* reply = m_requests.network().post(request, body.get());
-    body.release()->setParent(reply);
-    return reply;
+    return m_requests.post(request, std::make_unique<BodyOnce>(m_request.body));
 }
 
 void Exchange::take() {
@@ -173,12 +171,8 @@ void Exchange::finish(const Result<HttpReply>& result) {
 void Exchange::drop() {
     m_done = nullptr;
     m_deadline.cancel();
-    if (auto reply = std::exchange(m_reply, nullptr)) {
+    if (const auto reply = std::exchange(m_reply, nullptr))
         reply->disconnect(this);
-        reply->abort();
-        // Its own signal may be on the stack.
-        reply.release()->deleteLater();
-    }
     deleteLater();
 }
 

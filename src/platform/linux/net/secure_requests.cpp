@@ -4,10 +4,15 @@
 
 #include <QCoreApplication>
 #include <QHostAddress>
-#include <QNetworkReply>
+#include <QNetworkAccessManager>
 #include <QSslConfiguration>
 
 namespace tamsel {
+
+void SecureRequests::GiveUp::operator()(QNetworkReply* reply) const {
+    reply->abort();
+    reply->manager()->deleteLater(); // and the reply with it
+}
 
 SecureRequests::SecureRequests(const Bundle& bundle) {
     const auto authority = bundle.pathForResource(QStringLiteral("ca"), QStringLiteral("pem"));
@@ -61,6 +66,24 @@ QNetworkRequest SecureRequests::request(const QUrl& url) const {
         request.setSslConfiguration(tls);
     }
     return request;
+}
+
+// The toolkit's manager finds out which of a host's two kinds of addresses answers before it opens
+// more than one connection. Requests that come meanwhile get the one that won, after each other: each
+// waits for the last byte of the one before it.
+QNetworkAccessManager& SecureRequests::newConnection() {
+    return *new QNetworkAccessManager(&m_connections);
+}
+
+SecureRequests::Reply SecureRequests::get(const QNetworkRequest& request) {
+    return Reply(newConnection().get(request));
+}
+
+SecureRequests::Reply SecureRequests::post(const QNetworkRequest& request,
+                                           std::unique_ptr<QIODevice> body) {
+    Reply reply(newConnection().post(request, body.get()));
+    body.release()->setParent(reply.get());
+    return reply;
 }
 
 } // namespace tamsel

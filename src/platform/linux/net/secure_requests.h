@@ -1,8 +1,10 @@
 #pragma once
 
-#include <QNetworkAccessManager>
+#include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QSslCertificate>
+
+#include <memory>
 
 namespace tamsel {
 
@@ -13,6 +15,13 @@ class Bundle;
 /// one hop; whoever sends it follows redirects itself, as far as mayFollow() lets it. Main thread.
 class SecureRequests final {
 public:
+    struct GiveUp {
+        void operator()(QNetworkReply* reply) const;
+    };
+    /// Letting go of it gives up what has not ended, and closes the connection. It may be let go of
+    /// from its own signals.
+    using Reply = std::unique_ptr<QNetworkReply, GiveUp>;
+
     /// The bundle's `ca.pem`, if there is one, is an authority for loopback hosts, and only there.
     explicit SecureRequests(const Bundle& bundle);
 
@@ -26,10 +35,15 @@ public:
     static QString reason(QNetworkReply& reply);
 
     QNetworkRequest request(const QUrl& url) const;
-    QNetworkAccessManager& network() { return m_network; }
+    /// Each over a connection of its own: no request ever waits for another. This object outlives
+    /// the replies.
+    Reply get(const QNetworkRequest& request);
+    Reply post(const QNetworkRequest& request, std::unique_ptr<QIODevice> body);
 
 private:
-    QNetworkAccessManager m_network;
+    QNetworkAccessManager& newConnection();
+
+    QObject m_connections; ///< owns them
     QList<QSslCertificate> m_loopbackAuthorities;
 };
 

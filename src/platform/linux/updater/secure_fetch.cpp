@@ -1,9 +1,5 @@
 #include "platform/linux/updater/secure_fetch.h"
 
-#include "platform/linux/net/secure_requests.h"
-
-#include <QNetworkReply>
-
 #include <utility>
 
 namespace tamsel {
@@ -41,7 +37,7 @@ SecureFetch::~SecureFetch() {
 }
 
 void SecureFetch::ask(const QUrl& url) {
-    m_reply.reset(m_requests.network().get(m_requests.request(url)));
+    m_reply = m_requests.get(m_requests.request(url));
     m_reply->setReadBufferSize(readBuffer);
     connect(m_reply.get(), &QNetworkReply::readyRead, this, &SecureFetch::take);
     // Queued: the reply still has work to do after its signal, and may be replaced here.
@@ -100,12 +96,8 @@ void SecureFetch::replied() {
 void SecureFetch::finish(const std::optional<FetchError>& error) {
     m_deadline.cancel();
     m_silence.cancel();
-    if (auto reply = std::exchange(m_reply, nullptr)) {
+    if (const auto reply = std::exchange(m_reply, nullptr))
         reply->disconnect(this);
-        reply->abort();
-        // Its own signal may be on the stack.
-        reply.release()->deleteLater();
-    }
     // The receiver may destroy this object, and with it the call itself.
     const auto finished = m_receiver.finished;
     finished(error);

@@ -1,20 +1,16 @@
 #pragma once
 
 #include "base/error.h"
+#include "platform/linux/net/secure_requests.h"
 #include "platform/main_queue.h"
 
 #include <QUrl>
 
 #include <chrono>
 #include <cstdint>
-#include <memory>
 #include <optional>
 
-class QNetworkReply;
-
 namespace tamsel {
-
-class SecureRequests;
 
 enum class FetchFault {
     insecure, ///< the address, or one it leads to, is not https
@@ -64,7 +60,7 @@ private:
     Receiver m_receiver;
     TaskHandle m_deadline;
     TaskHandle m_silence;
-    std::unique_ptr<QNetworkReply> m_reply;
+    SecureRequests::Reply m_reply;
     std::uint64_t m_received = 0;
     int m_redirects = 0;
 };
