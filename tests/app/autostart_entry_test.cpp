@@ -26,7 +26,8 @@ struct AutostartEntryTest : testing::Test {
     AutostartEntry entry(const QString& program = "/bin/sh") const { return {file, program}; }
 };
 
-// Whatever the folder is called, the entry is valid and starts exactly that program.
+// Whatever the folder is called, the entry is valid and starts exactly that program, as long as it
+// is there.
 TEST_F(AutostartEntryTest, QuotesEveryPath) {
     for (const QString name :
          {"plain", "with blank", "per%cent %U", "quo\"te", "back\\slash", "$HOME `id`", "鍵盤",
@@ -46,7 +47,7 @@ TEST_F(AutostartEntryTest, QuotesEveryPath) {
 
         if (name.contains('%'))
             continue; // which the reader below never undoes in a program's name
-        // An independent reader of such entries starts it.
+        // An independent reader of such entries starts it, and finds no entry once it is gone.
         const QString started = folder.filePath("started");
         QFile::remove(started);
         qputenv("TAMSEL_STARTED", QFile::encodeName(started));
@@ -57,8 +58,12 @@ TEST_F(AutostartEntryTest, QuotesEveryPath) {
                       "Gio.DesktopAppInfo.new_from_filename(sys.argv[1]).launch()\n"
                       "end = time.monotonic() + 20\n"
                       "while time.monotonic() < end and not (os.path.exists(sys.argv[2]) and "
-                      "os.path.getsize(sys.argv[2])): time.sleep(.01)\n",
-                      file, started});
+                      "os.path.getsize(sys.argv[2])): time.sleep(.01)\n"
+                      "os.remove(sys.argv[3])\n"
+                      "try: Gio.DesktopAppInfo.new_from_filename(sys.argv[1])\n"
+                      "except TypeError: sys.exit()\n"
+                      "sys.exit('it is still to be started')\n",
+                      file, started, program});
         ASSERT_TRUE(launch.waitForFinished());
         EXPECT_EQ(launch.exitCode(), 0) << launch.readAllStandardError().constData();
         QFile out(started);
@@ -83,6 +88,8 @@ TEST_F(AutostartEntryTest, EnabledMeansThatItStartsSomething) {
         {"[Desktop Entry]\nExec=/bin/sh\nHidden=true\n", false},
         {"[Desktop Entry]\nExec=/bin/sh\nX-GNOME-Autostart-enabled=false\n", false},
         {"[Desktop Entry]\nExec=/nowhere/tamsel\n", false},
+        {"[Desktop Entry]\nTryExec=/nowhere/tamsel\nExec=/bin/sh\n", false},
+        {"[Desktop Entry]\nTryExec=\nExec=/bin/sh\n", true},
         {"[Desktop Entry]\n[Desktop Action x]\nExec=/bin/sh\n", false},
         {"[Desktop Entry]\nExec=/bin/sh\n[Desktop Action x]\nHidden=true\n", true},
         {"[Desktop Entry]\nExec=\"/bin/sh\\", false},

@@ -15,10 +15,18 @@ namespace {
 
 constexpr qint64 largestEntry = qint64{64} * 1024;
 
-/// A program's path as the first word of an Exec value. Two layers: the word in double quotes with
-/// its four special characters escaped and percent signs doubled, then the escapes of any text
-/// value.
-QByteArray execValue(const QString& program) {
+/// A text as the value of a key.
+QByteArray textValue(QString text) {
+    text.replace(u'\\', QStringLiteral("\\\\"));
+    text.replace(u'\n', QStringLiteral("\\n"));
+    text.replace(u'\t', QStringLiteral("\\t"));
+    text.replace(u'\r', QStringLiteral("\\r"));
+    return text.toUtf8();
+}
+
+/// A program's path as the first word of an Exec value: in double quotes, with the four characters
+/// that are special in them escaped and percent signs doubled.
+QString execWord(const QString& program) {
     QString word = QStringLiteral("\"");
     for (const QChar c : program) {
         if (QStringLiteral("\"`$\\").contains(c))
@@ -27,16 +35,11 @@ QByteArray execValue(const QString& program) {
         if (c == u'%')
             word += c;
     }
-    word += u'"';
-    word.replace(u'\\', QStringLiteral("\\\\"));
-    word.replace(u'\n', QStringLiteral("\\n"));
-    word.replace(u'\t', QStringLiteral("\\t"));
-    word.replace(u'\r', QStringLiteral("\\r"));
-    return word.toUtf8();
+    return word + u'"';
 }
 
-/// Undoes the escapes of a text value.
-QString textValue(const QString& raw) {
+/// The text that is a key's value.
+QString textOf(const QString& raw) {
     static const QMap<QChar, QChar> escapes{
         {u's', u' '}, {u'n', u'\n'}, {u't', u'\t'}, {u'r', u'\r'}, {u'\\', u'\\'}};
     QString out;
@@ -77,7 +80,7 @@ QMap<QString, QString> readEntry(const QString& file) {
         if (line.startsWith(u'['))
             isInGroup = line.trimmed() == u"[Desktop Entry]";
         else if (const qsizetype at = line.indexOf(u'='); isInGroup && at > 0)
-            entries.insert(line.left(at).trimmed(), textValue(line.mid(at + 1).trimmed()));
+            entries.insert(line.left(at).trimmed(), textOf(line.mid(at + 1).trimmed()));
     }
     return entries;
 }
@@ -101,10 +104,14 @@ ServiceStatus AutostartEntry::status() {
     const QMap<QString, QString> entry = readEntry(m_file);
     const bool isOff = entry.value(QStringLiteral("Hidden")) == u"true" ||
                        entry.value(QStringLiteral("X-GNOME-Autostart-enabled")) == u"false";
-    const QString program = programOf(entry.value(QStringLiteral("Exec")));
-    return isOff || program.isEmpty() || QStandardPaths::findExecutable(program).isEmpty()
-               ? ServiceStatus::notRegistered
-               : ServiceStatus::enabled;
+    const auto isThere = [](const QString& program) {
+        return !program.isEmpty() && !QStandardPaths::findExecutable(program).isEmpty();
+    };
+    const QString condition = entry.value(QStringLiteral("TryExec"));
+    return !isOff && isThere(programOf(entry.value(QStringLiteral("Exec")))) &&
+                   (condition.isEmpty() || isThere(condition))
+               ? ServiceStatus::enabled
+               : ServiceStatus::notRegistered;
 }
 
 ServiceResult AutostartEntry::registerService() {
@@ -112,13 +119,14 @@ ServiceResult AutostartEntry::registerService() {
         return failed(folder, tr("The folder can't be made."));
     QSaveFile file(m_file);
     file.setDirectWriteFallback(false);
+    // The program may be gone by a later login (a build folder, say): the entry then does nothing.
     const QByteArray text = "[Desktop Entry]\n"
                             "Type=Application\n"
                             "Version=1.4\n"
                             "Name=Tamsel\n"
                             "Icon=app.tamsel\n"
-                            "Exec=" +
-                            execValue(m_program) +
+                            "TryExec=" +
+                            textValue(m_program) + "\nExec=" + textValue(execWord(m_program)) +
                             "\n"
                             "Terminal=false\n";
     if (!file.open(QFile::WriteOnly) || file.write(text) != text.size() || !file.commit())
