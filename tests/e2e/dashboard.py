@@ -152,6 +152,7 @@ class Dashboard(unittest.TestCase):
         for button, page, card in (("Open System Settings", "2", "Input Monitoring Permission"),
                                    ("Install Service", "1", "Background Service")):
             daemon, = wait_until(lambda: self.own_programs("tamsel-daemon"), "the daemon")
+            sent = harness.log_lines(self.app).count(SENT)
             os.kill(daemon, signal.SIGKILL)
             type_keys("1")
             self.window.find("heading", "Background Service")
@@ -161,8 +162,7 @@ class Dashboard(unittest.TestCase):
             self.window.gone("push button", button)
             type_keys("1")
             self.window.gone("heading", "Background Service")
-        wait_until(lambda: len(harness.log_lines(self.app)) and sum(
-            line == SENT for line in harness.log_lines(self.app)) >= 3, "the configuration again")
+            wait_for_line(self.app, SENT, sent + 1)
         # The full quit ends both programs before the application.
         daemon, = wait_until(lambda: self.own_programs("tamsel-daemon"), "the daemon")
         self.calm()
