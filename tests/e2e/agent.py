@@ -12,6 +12,7 @@ import sys
 import threading
 import unittest
 
+from guardian import run_guarded
 from harness import (BUILD, DAEMON_INTERFACE, DAEMON_PATH, PATIENCE, Gio, GLib, Sandbox,
                      wait_until)
 
@@ -297,6 +298,7 @@ class AgentTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
+    run_guarded()
     # GDBus delivers calls on the default context.
     threading.Thread(target=GLib.MainLoop().run, daemon=True).start()
     unittest.main()

@@ -13,6 +13,7 @@ import unittest
 from gi.repository import GLib
 
 import harness
+from guardian import run_guarded
 from harness import Sandbox, StandInDaemon, log_lines, wait_for_line, wait_until
 
 SENT = "[DaemonXPC] 配置發送成功"
@@ -207,4 +208,5 @@ class ApplicationContract(unittest.TestCase):
 
 
 if __name__ == "__main__":
+    run_guarded()
     unittest.main(verbosity=2)

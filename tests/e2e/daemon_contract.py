@@ -25,6 +25,8 @@ import gi
 gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib  # noqa: E402
 
+from guardian import run_guarded  # noqa: E402
+
 DAEMON, BUILD_NUMBER = sys.argv[1:3]
 PATH, INTERFACE = "/app/tamsel/daemon", "app.tamsel.TamselDaemonProtocol"
 APP_PATH, APP_INTERFACE = "/app/tamsel/app", "app.tamsel.TamselAppCallbackProtocol"
@@ -554,4 +556,5 @@ class Socket(DaemonTest):
 
 
 if __name__ == "__main__":
+    run_guarded()
     unittest.main(argv=[sys.argv[0], *sys.argv[3:]])

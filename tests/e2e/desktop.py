@@ -1,8 +1,6 @@
 """A private desktop (X server, session bus, accessibility bus), and a window driven through it."""
 
-import os
 import subprocess
-import sys
 import time
 
 import gi
@@ -10,19 +8,16 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi  # noqa: E402
 
+from guardian import run_guarded
 from harness import wait_until
 
 
 def run_in_desktop():
     """Starts this test program again inside a desktop of its own, unless it is in one already."""
-    if os.environ.get("TAMSEL_IN_DESKTOP") == "1":
-        return
-    env = {**os.environ, "TAMSEL_IN_DESKTOP": "1", "GTK_MODULES": ""}
     # xvfb-run picks a free display; the bus ends with the test.
-    command = ["xvfb-run", "-a", "-s", "-screen 0 1280x900x24", "dbus-run-session", "--", "sh", "-c",
-               '/usr/libexec/at-spi-bus-launcher --launch-immediately & exec "$@"', "sh",
-               sys.executable, *sys.argv]
-    sys.exit(subprocess.run(command, env=env, check=False).returncode)
+    run_guarded("env", "GTK_MODULES=", "xvfb-run", "-a", "-s", "-screen 0 1280x900x24",
+                "dbus-run-session", "--", "sh", "-c",
+                '/usr/libexec/at-spi-bus-launcher --launch-immediately & exec "$@"', "sh")
 
 
 def start_app(sandbox, *arguments, **env):

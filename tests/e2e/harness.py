@@ -1,5 +1,6 @@
 """Real processes in a private home: started, watched with bounded waits, and ended by their pids."""
 
+import contextlib
 import json
 import os
 import shutil
@@ -75,11 +76,24 @@ class Sandbox:
                           **{"QT_QPA_PLATFORM": "offscreen",
                              "DBUS_SESSION_BUS_ADDRESS": "disabled:", **env})
 
+    def _inhabitants(self):
+        """Whoever lives in this home, whether the test has started it or one of its programs."""
+        found = [process.pid for process in self.processes if process.poll() is None]
+        for pid in map(int, filter(str.isdigit, os.listdir("/proc"))):
+            try:
+                with open(f"/proc/{pid}/environ", "rb") as environment:
+                    if self.folder.encode() in environment.read():
+                        found.append(pid)
+            except OSError:
+                pass  # it is gone, or another user's
+        return found
+
     def close(self):
-        for process in self.processes:
-            if process.poll() is None:
-                process.send_signal(signal.SIGKILL)
-            process.wait()
+        while inhabitants := self._inhabitants():
+            for pid in inhabitants:
+                with contextlib.suppress(ProcessLookupError):
+                    os.kill(pid, signal.SIGKILL)
+            time.sleep(0.01)
         shutil.rmtree(self.folder, ignore_errors=True)
 
     # The application's store, as other programs see it.
@@ -118,7 +132,7 @@ def other_output(process):
 def wait_for_line(process, text, count=1, timeout=10.0):
     def seen():
         if process.poll() is not None:
-            raise AssertionError(f"the program ended ({process.returncode}): {log_lines(process)}")
+            raise AssertionError(f"the program ended ({process.poll()}): {log_lines(process)}")
         return sum(line.startswith(text) for line in log_lines(process)) >= count
 
     try:

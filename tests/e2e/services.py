@@ -10,6 +10,7 @@ import unittest
 from gi.repository import Gio, GLib
 
 import harness
+from guardian import run_guarded
 from harness import BUILD, Sandbox, log_lines, wait_until
 
 UNITS = {"system": "app.tamsel.daemon.service", "session": "app.tamsel.agent.service"}
@@ -492,4 +493,5 @@ class OwnPrograms(unittest.TestCase):
 
 
 if __name__ == "__main__":
+    run_guarded()
     unittest.main(verbosity=2)
