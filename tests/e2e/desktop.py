@@ -21,13 +21,13 @@ def run_in_desktop():
 
 
 def start_app(sandbox, *arguments, **env):
-    return sandbox.start("tamsel", *arguments, QT_QPA_PLATFORM="xcb",
-                         QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", **env)
+    return sandbox.start("tamsel", *arguments, **{
+        "QT_QPA_PLATFORM": "xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", **env})
 
 
-def x11_windows(name="^Tamsel$"):
-    """The ids of the windows in sight that are called so."""
-    return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", name],
+def x11_windows(name="^Tamsel$", what="--name"):
+    """The ids of the windows in sight that are called so, or are of the class."""
+    return subprocess.run(["xdotool", "search", "--onlyvisible", what, name],
                           capture_output=True, text=True, check=False).stdout.split()
 
 
@@ -102,9 +102,9 @@ def act(node):
     return bool(wanted) and Atspi.Action.do_action(node, names.index(wanted[0]))
 
 
-def focus_window(name="^Tamsel$"):
+def focus_window(name="^Tamsel$", what="--name"):
     """Gives one of the application's windows the keyboard; there is no window manager to do it."""
-    window = wait_until(lambda: x11_windows(name), "a visible window")[0]
+    window = wait_until(lambda: x11_windows(name, what), "a visible window")[0]
     subprocess.run(["xdotool", "windowfocus", "--sync", window], check=False)
     return window
 

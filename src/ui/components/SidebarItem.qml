@@ -26,7 +26,7 @@ FocusItem {
     Accessible.selected: selected
     Keys.onReturnPressed: item.clicked()
     Keys.onEnterPressed: item.clicked()
-    Keys.onSpacePressed: event => { if (!event.isAutoRepeat) item.clicked(); }
+    Keys.onSpacePressed: item.clicked()
 
     Rectangle {
         anchors.fill: parent

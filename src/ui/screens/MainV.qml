@@ -55,11 +55,17 @@ Window {
         }
     }
     onShownChanged: {
-        if (shown)
+        if (shown) {
             screens.keys.install();
-        else
+        } else {
             screens.keys.remove();
+            // Keys that are pressed from now on are meant for other programs.
+            screens.keyRecorder.cancel();
+            screens.comboRecorder.cancel();
+        }
     }
+
+    KeyGate { window: root }
 
     Binding {
         target: Theme

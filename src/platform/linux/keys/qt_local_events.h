@@ -16,9 +16,13 @@ namespace tamsel {
 
 /// Local events from an event filter on the application, which sees what its windows are about to
 /// get. Monitors are asked once an event: for a press already when the toolkit offers it to
-/// shortcuts. A modifier that goes up unseen (the window lost the keyboard) is reported as
-/// released, at the latest with the next key. Text that an input method makes of keys does not pass
-/// here.
+/// shortcuts. A press that was swallowed takes its repetitions and its release along, also when the
+/// monitor is gone by then. A modifier that goes up unseen (the window lost the keyboard) is
+/// reported as released, at the latest with the next key. Text that an input method makes of keys
+/// does not pass here.
+///
+/// On X11 a repetition is a release and a press of the same moment, which the toolkit recognises
+/// only when both have arrived when it looks. What it took for a press is passed on as what it is.
 class QtLocalEvents final : public QObject, public LocalEvents {
 public:
     /// The application outlives this object.
@@ -31,7 +35,6 @@ public:
     bool eventFilter(QObject* receiver, QEvent* event) override;
 
 private:
-    /// The native scan code; of an event without one, its key above all scan codes.
     using KeyId = quint64;
     struct Offered {
         KeyId key;
@@ -39,8 +42,15 @@ private:
         Verdict verdict;
     };
 
+    struct Released {
+        KeyId key = 0;
+        quint64 timestamp = 0; ///< 0: the toolkit knows none
+        bool wasSwallowed = false;
+    };
+
+    bool isMistakenForPress(const QKeyEvent& event);
     Verdict judge(const QWindow& window, const QKeyEvent& event);
-    Verdict judgePress(const QWindow& window, const QKeyEvent& event, KeyId key);
+    Verdict judgePress(const QWindow& window, const QKeyEvent& event);
     Verdict judgeRelease(const QWindow& window, const QKeyEvent& event, KeyId key);
     Verdict ask(LocalKeyKind kind, std::uint32_t usage, const QWindow& window,
                 const QKeyEvent& event) const;
@@ -50,7 +60,8 @@ private:
     MonitorList m_monitors;
     HeldModifiers m_modifiers;
     std::optional<Offered> m_offered; ///< the press that shortcuts were offered last
-    std::set<KeyId> m_swallowed;      ///< held keys whose press was swallowed
+    Released m_released;              ///< the last key that went up
+    std::set<KeyId> m_swallowed;      ///< held keys whose press was swallowed, as far as known
 };
 
 } // namespace tamsel

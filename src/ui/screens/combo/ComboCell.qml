@@ -3,11 +3,10 @@ import Tamsel
 
 // A row's place in the list: its slice of the card, and the section's title above the first
 // built-in one.
-FocusScope {
+RowCell {
     id: cell
 
     required property comboRow row
-    required property int index
     property int cardWidth
     // How many rows the list has, and how many of the first are the user's.
     property int total
@@ -18,8 +17,8 @@ FocusScope {
     readonly property bool isLast: index === ownRows - 1 || index === total - 1
     readonly property bool titled: index === ownRows
 
-    signal tabbed(int step)
-
+    rowId: row.id
+    stops: content.stops
     height: heading.height + content.height
 
     Item {
@@ -55,7 +54,5 @@ FocusScope {
         width: slice.width
         height: implicitHeight
         row: cell.row
-        Keys.onTabPressed: cell.tabbed(1)
-        Keys.onBacktabPressed: cell.tabbed(-1)
     }
 }

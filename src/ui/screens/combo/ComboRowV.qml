@@ -20,20 +20,6 @@ FocusScope {
     signal toggled(bool on)
     signal linkOpened()
 
-    // Gives the keyboard to the first stop from `place` on in steps of `step`; false at the end.
-    function focusStop(place: int, step: int): bool {
-        for (let i = place; i >= 0 && i < stops.length; i += step) {
-            if (stops[i] && stops[i].visible) {
-                stops[i].forceActiveFocus(step > 0 ? Qt.TabFocusReason : Qt.BacktabFocusReason);
-                return true;
-            }
-        }
-        return false;
-    }
-    function focusedStop(): int {
-        return stops.findIndex(stop => stop && stop.activeFocus);
-    }
-
     implicitHeight: Theme.compact ? caps.height + 8 + text.height + 2 * 9
                                   : Math.max(text.height, caps.height) + 2 * 10 + 1
     Accessible.role: Accessible.Grouping

@@ -2,21 +2,18 @@ import QtQuick
 import Tamsel
 
 // One device: what it is, whether the daemon holds it, and its switch.
-FocusScope {
+RowCell {
     id: view
 
     required property deviceRow row
-    required property int index
     property bool isFirst: false
     property bool isLast: false
     property int cardWidth
 
     signal toggled(bool on)
 
-    function focusSwitch(reason: int): void {
-        onOff.forceActiveFocus(reason);
-    }
-
+    rowId: row.key
+    stops: [onOff]
     height: Theme.deviceRowHeight + (isFirst ? 1 : 0)
     Accessible.role: Accessible.ListItem
     Accessible.name: `${row.name}, ${row.type}, ${row.identifier}` + (row.active ? ", " + pill.text : "")

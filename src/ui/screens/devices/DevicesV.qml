@@ -24,12 +24,12 @@ PageFrame {
             if (banner.visible)
                 banner.firstButton.forceActiveFocus(Qt.TabFocusReason);
             else
-                list.focusRow(0, Qt.TabFocusReason);
+                list.focusFirst();
         }
     }
 
     GadgetListModel {
-        id: rows
+        id: deviceRows
         source: page.devices
         list: "rows"
         key: "key"
@@ -39,7 +39,7 @@ PageFrame {
         anchors.fill: parent
         devices: page.devices
         cardWidth: page.contentWidth
-        model: rows
+        rows: deviceRows
         topMargin: top.height
         onTopMarginChanged: if (contentY <= originY) contentY = originY - topMargin
         onLeftForward: end.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
@@ -69,7 +69,7 @@ PageFrame {
             onFocusLeft: refreshButton.forceActiveFocus(Qt.TabFocusReason)
             Keys.onTabPressed: {
                 if (lastButton.activeFocus)
-                    list.focusRow(0, Qt.TabFocusReason);
+                    list.focusFirst();
                 else
                     lastButton.forceActiveFocus(Qt.TabFocusReason);
             }
@@ -98,7 +98,7 @@ PageFrame {
         y: list.originY
         width: page.contentWidth
         height: 240
-        visible: rows.count === 0
+        visible: deviceRows.count === 0
 
         EmptyState {
             anchors.centerIn: parent

@@ -25,6 +25,8 @@ Window {
     Component.onCompleted: viewer.start()
     Component.onDestruction: viewer.stop()
 
+    KeyGate { window: window }
+
     // Typed keys are not to go elsewhere; the window needs a moment to be there.
     Timer {
         interval: 100
