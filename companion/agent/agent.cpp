@@ -3,10 +3,10 @@
 #include "agent/agent_lock.h"
 #include "agent/command_runner.h"
 #include "agent/daemon_link.h"
-#include "protocol/socket_path.h"
 #include "program/event_loop.h"
 #include "program/log.h"
 #include "program/socket_name.h"
+#include "protocol/socket_path.h"
 
 #include <cstdlib>
 #include <unistd.h>

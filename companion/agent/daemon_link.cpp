@@ -1,10 +1,10 @@
 #include "agent/daemon_link.h"
 
-#include "protocol/daemon_protocol.h"
-#include "protocol/socket_path.h"
 #include "program/event_loop.h"
 #include "program/socket_name.h"
 #include "program/system_account.h"
+#include "protocol/daemon_protocol.h"
+#include "protocol/socket_path.h"
 
 #include <array>
 #include <cerrno>

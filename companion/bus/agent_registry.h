@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/error.h"
-#include "program/log.h"
 #include "bus/peer_connection.h"
+#include "program/log.h"
 
 #include <map>
 #include <string>

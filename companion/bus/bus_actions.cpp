@@ -1,7 +1,7 @@
 #include "bus/bus_actions.h"
 
-#include "protocol/daemon_protocol.h"
 #include "bus/access.h"
+#include "protocol/daemon_protocol.h"
 
 #include <chrono>
 #include <ctime>

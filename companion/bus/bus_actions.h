@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/action_runner.h"
 #include "bus/agent_registry.h"
 #include "bus/daemon_object.h"
+#include "core/action_runner.h"
 #include "program/log.h"
 
 #include <functional>

@@ -3,11 +3,11 @@
 #include "base/error.h"
 #include "bus/agent_registry.h"
 #include "bus/bus_actions.h"
-#include "core/core.h"
 #include "bus/daemon_object.h"
 #include "bus/listener.h"
-#include "program/log.h"
 #include "bus/peer_connection.h"
+#include "core/core.h"
+#include "program/log.h"
 
 #include <cstddef>
 #include <functional>

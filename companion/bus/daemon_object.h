@@ -1,10 +1,10 @@
 #pragma once
 
 #include "base/error.h"
-#include "protocol/daemon_protocol.h"
+#include "bus/peer_connection.h"
 #include "core/core.h"
 #include "program/log.h"
-#include "bus/peer_connection.h"
+#include "protocol/daemon_protocol.h"
 
 namespace tamsel {
 

@@ -9,6 +9,7 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <system_error>
+#include <systemd/sd-daemon.h>
 #include <unistd.h>
 
 namespace tamsel {
@@ -100,7 +101,25 @@ Result<Listener> Listener::open(const std::string& address) {
     const auto name = socketName(address);
     if (!name)
         return tl::unexpected(name.error());
+    if (auto listener = inherited(name->text); listener)
+        return std::move(*listener);
     return name->kind == SocketName::Kind::file ? openFile(name->text) : openAbstract(*name);
+}
+
+std::optional<Listener> Listener::inherited(const std::string& path) {
+    constexpr int unsetEnvironment = 1;
+    constexpr int isListening = 1;
+    const int count = ::sd_listen_fds(unsetEnvironment);
+    for (int fd = SD_LISTEN_FDS_START; fd < SD_LISTEN_FDS_START + count; ++fd) {
+        UniqueFd socket(fd);
+        if (::sd_is_socket_unix(fd, SOCK_STREAM, isListening, path.c_str(), 0) <= 0)
+            continue;
+        ::fcntl(fd, F_SETFL, O_NONBLOCK);
+        Listener listener;
+        listener.m_socket = std::move(socket);
+        return listener;
+    }
+    return std::nullopt;
 }
 
 Result<Listener> Listener::openFile(const std::string& path) {

@@ -4,6 +4,7 @@
 #include "base/unique_fd.h"
 #include "program/socket_name.h"
 
+#include <optional>
 #include <string>
 #include <sys/types.h>
 
@@ -13,8 +14,9 @@ namespace tamsel {
 /// The socket's file goes with the object, the lock file stays.
 class Listener final {
 public:
-    /// Listens at a "unix:path=" or "unix:abstract=" address. A missing folder is made (0700);
-    /// fails when the folder is another user's, when a daemon lives there already and when
+    /// Listens at a "unix:path=" or "unix:abstract=" address; on the socket there that systemd has
+    /// opened for this process, if it has, which then stays systemd's. A missing folder is made
+    /// (0700); fails when the folder is another user's, when a daemon lives there already and when
     /// something other than a forgotten socket is in the way.
     static Result<Listener> open(const std::string& address);
 
@@ -28,6 +30,7 @@ public:
 private:
     Listener() = default;
 
+    static std::optional<Listener> inherited(const std::string& path);
     static Result<Listener> openFile(const std::string& path);
     static Result<Listener> openAbstract(const SocketName& name);
 

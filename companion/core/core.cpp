@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <string>
+#include <system_error>
 #include <utility>
 
 namespace tamsel {
@@ -25,16 +26,12 @@ std::string withUnixLineEnds(std::string_view text) {
 
 } // namespace
 
-Core::Core(VirtualDevice* output, OrderMemory& memory, const std::vector<SeenDeviceInfo>& devices,
-           Complain complain)
+Core::Core(VirtualDevice& output, OrderMemory& memory, Complain complain)
     : m_output(output),
       m_memory(memory),
       m_complain(std::move(complain)),
       m_order(memory.load()),
-      m_savedOrder(m_order) {
-    for (const SeenDeviceInfo& device : devices)
-        addDevice(device);
-}
+      m_savedOrder(m_order) {}
 
 Result<void> Core::updateCfg(ByteView encoded) {
     if (encoded.size() > maxCfgSize)
@@ -56,6 +53,8 @@ bool Core::startGrabbing() {
     m_order = Order::start;
     rememberOrder();
     applySeizure();
+    if (m_control)
+        m_control->tryAgain();
     return isGrabbing();
 }
 
@@ -68,29 +67,86 @@ bool Core::stopGrabbing() {
     return true;
 }
 
-engine::DeviceIndex Core::addDevice(SeenDeviceInfo device) {
-    const engine::DeviceIndex index = m_nextIndex++;
+void Core::addDevice(engine::DeviceIndex index, SeenDeviceInfo device, Reach reach) {
     m_engine.addDevice(index);
-    applySeizure(index, m_devices.emplace(index, std::move(device)).first->second);
-    return index;
+    applySeizure(index, m_devices.emplace(index, Device{std::move(device), reach}).first->second);
 }
 
 void Core::removeDevice(engine::DeviceIndex device) {
-    if (m_devices.erase(device) > 0)
+    const auto found = m_devices.find(device);
+    if (found == m_devices.end())
+        return;
+    const bool wasSeized = found->second.isSeized;
+    m_devices.erase(found);
+    // One that is only watched holds nothing, and the engine would let go of what others hold.
+    if (wasSeized)
         apply(m_engine.removeDevice(device));
+}
+
+void Core::seized(engine::DeviceIndex device, KeysThen keys) {
+    const auto found = m_devices.find(device);
+    if (found == m_devices.end() || !found->second.isWanted)
+        return;
+    found->second.isSeized = true;
+    found->second.isRefused = false;
+    // Nobody has seen what was released while it was free.
+    if (keys == KeysThen::allUp)
+        m_engine.addDevice(device);
+    apply(m_engine.setSeizure(device, engine::Seizure::seized));
+}
+
+void Core::freed(engine::DeviceIndex device) {
+    const auto found = m_devices.find(device);
+    if (found == m_devices.end())
+        return;
+    found->second.isSeized = false;
+    apply(m_engine.setSeizure(device, engine::Seizure::watched));
+}
+
+void Core::refused(engine::DeviceIndex device, int error) {
+    const auto found = m_devices.find(device);
+    if (found == m_devices.end())
+        return;
+    if (!std::exchange(found->second.isRefused, true))
+        m_complain({"cannot be seized: " + std::generic_category().message(error),
+                    found->second.info.product});
+}
+
+void Core::setAccess(const AccessReport& access) {
+    m_access = access;
+    applySeizure();
+}
+
+void Core::outputFailed(const Error& error) {
+    if (std::exchange(m_isOutputBroken, true))
+        return;
+    ++m_releaseCount;
+    applySeizure();
+    m_complain(error);
+}
+
+void Core::outputReady() {
+    m_isOutputBroken = false;
+    applySeizure();
+}
+
+void Core::setAsleep(bool isAsleep) {
+    ++m_releaseCount;
+    m_isAsleep = isAsleep;
+    applySeizure();
 }
 
 Status Core::status() const {
     const auto text = [this] {
         if (m_isLockedOut || m_order == Order::stop)
             return protocol::status::userStopped;
+        if (isGrabbing())
+            return protocol::status::running;
         // Before the driver's word: that it is missing too shows in the flag beside.
-        if (!m_output && m_access.isInputDenied())
+        if (m_access.isInputDenied())
             return protocol::status::tccDenied;
-        if (!isDriverConnected())
-            return protocol::status::driverDisconnected;
-        return isGrabbing() ? protocol::status::running
-                            : protocol::status::driverConnectedNotGrabbing;
+        return isDriverConnected() ? protocol::status::driverConnectedNotGrabbing
+                                   : protocol::status::driverDisconnected;
     };
     return {isGrabbing(), isDriverConnected(), text()};
 }
@@ -98,15 +154,18 @@ Status Core::status() const {
 std::vector<SeenDeviceInfo> Core::seenDevices() const {
     std::vector<SeenDeviceInfo> entries;
     for (const auto& [index, device] : m_devices) {
-        const auto isSame = [&device = device](const SeenDeviceInfo& entry) {
-            return entry.vendorID == device.vendorID && entry.productID == device.productID &&
-                   entry.product == device.product && entry.isMouse == device.isMouse;
+        const SeenDeviceInfo& info = device.info;
+        const auto isSame = [&info](const SeenDeviceInfo& entry) {
+            return entry.vendorID == info.vendorID && entry.productID == info.productID &&
+                   entry.product == info.product && entry.isMouse == info.isMouse;
         };
-        if (std::any_of(entries.begin(), entries.end(), isSame))
-            continue;
-        SeenDeviceInfo& entry = entries.emplace_back(device);
-        entry.isAllowed = m_cfg && isChosen(*m_cfg, device);
-        entry.isSeized = entry.isAllowed && isGrabbing();
+        auto entry = std::find_if(entries.begin(), entries.end(), isSame);
+        if (entry == entries.end()) {
+            entry = entries.insert(entry, info);
+            entry->isAllowed = entry->isSeized = false;
+        }
+        entry->isAllowed |= m_cfg && device.reach == Reach::canBeSeized && isChosen(*m_cfg, info);
+        entry->isSeized |= device.isSeized;
     }
     return entries;
 }
@@ -116,14 +175,17 @@ std::optional<KeyEvent> Core::handle(const engine::InputEvent& event) {
     if (outcome.lockOut) {
         ++m_releaseCount;
         m_isLockedOut = true;
-        m_complain({"the lock-out chord has stopped remapping"});
     }
     apply(outcome.effects);
+    if (outcome.lockOut) {
+        applySeizure();
+        m_complain({"the lock-out chord has stopped remapping"});
+    }
     const auto device = m_devices.find(event.device);
     if (!outcome.report || device == m_devices.end())
         return std::nullopt;
     return KeyEvent{event.usage, event.edge == engine::Edge::down, outcome.report->action,
-                    outcome.report->outputUsage, isAppleMade(device->second)};
+                    outcome.report->outputUsage, isAppleMade(device->second.info)};
 }
 
 void Core::shutDown() {
@@ -132,8 +194,19 @@ void Core::shutDown() {
     applySeizure();
 }
 
+bool Core::mayGrab() const {
+    return m_cfg && m_order == Order::start && !m_isLockedOut && !m_isShutDown && !m_isAsleep &&
+           isDriverConnected() && !m_access.isInputDenied();
+}
+
 bool Core::isGrabbing() const {
-    return m_output && m_cfg && m_order == Order::start && !m_isLockedOut && !m_isShutDown;
+    const auto count = [this](bool Device::*flag) {
+        return std::count_if(m_devices.begin(), m_devices.end(), [flag](const auto& each) {
+            return each.second.isWanted && each.second.*flag;
+        });
+    };
+    const auto wanted = count(&Device::isWanted);
+    return mayGrab() && (wanted == 0 || count(&Device::isRefused) < wanted);
 }
 
 void Core::rememberOrder() {
@@ -146,21 +219,26 @@ void Core::rememberOrder() {
 }
 
 void Core::applySeizure() {
-    for (const auto& [index, device] : m_devices)
+    for (auto& [index, device] : m_devices)
         applySeizure(index, device);
 }
 
-void Core::applySeizure(engine::DeviceIndex index, const SeenDeviceInfo& device) {
-    const bool isWanted = isGrabbing() && isChosen(*m_cfg, device);
-    apply(
-        m_engine.setSeizure(index, isWanted ? engine::Seizure::seized : engine::Seizure::watched));
+void Core::applySeizure(engine::DeviceIndex index, Device& device) {
+    const bool isWanted =
+        mayGrab() && device.reach == Reach::canBeSeized && isChosen(*m_cfg, device.info);
+    if (device.isWanted == isWanted || !m_control)
+        return;
+    device.isWanted = isWanted;
+    device.isRefused = false;
+    // What is held goes up before the device is anybody else's.
+    if (!isWanted)
+        apply(m_engine.setSeizure(index, engine::Seizure::watched));
+    m_control->want(index, isWanted ? engine::Seizure::seized : engine::Seizure::watched);
 }
 
 void Core::apply(const engine::Effects& effects) {
-    if (m_output) {
-        for (const ShortcutAction* action : effects.actions)
-            noteOutput(m_output->record(*action));
-    }
+    for (const ShortcutAction* action : effects.actions)
+        noteOutput(m_output.record(*action));
     write(effects.outputs);
     // Last: what is typed overwrites the outputs.
     for (const ShortcutAction* action : effects.actions)
@@ -198,7 +276,7 @@ void Core::typeClipboard() {
 
 void Core::type(std::string_view text, std::size_t limit) {
     // A release action may come with the very order to write nothing any more.
-    if (!isGrabbing())
+    if (!mayGrab())
         return;
     if (const auto typed = m_engine.type(text, limit))
         write(*typed);
@@ -207,8 +285,8 @@ void Core::type(std::string_view text, std::size_t limit) {
 }
 
 void Core::write(engine::Outputs outputs) {
-    if (m_output && !outputs.empty())
-        noteOutput(m_output->write(outputs));
+    if (!outputs.empty())
+        noteOutput(m_output.write(outputs));
 }
 
 void Core::noteOutput(const Result<void>& done) {

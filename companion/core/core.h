@@ -4,6 +4,7 @@
 #include "base/error.h"
 #include "core/access_report.h"
 #include "core/action_runner.h"
+#include "core/device_control.h"
 #include "core/order_memory.h"
 #include "core/virtual_device.h"
 #include "engine/engine.h"
@@ -29,8 +30,9 @@ struct Status {
     bool operator==(const Status&) const = default;
 };
 
-/// The daemon's decisions: which devices it seizes and when, what it answers. It seizes once it has
-/// a configuration, a virtual device and no order to stop; not seizing, it writes nothing.
+/// The daemon's decisions: which devices it seizes and when, what it answers. It wants to seize
+/// once it has a configuration, a virtual device and no order to stop; what it then holds it learns
+/// from the devices. Not seizing, it writes nothing.
 class Core final {
 public:
     /// The longest configuration accepted, in bytes.
@@ -43,29 +45,45 @@ public:
     /// cannot be written, a text that cannot be typed); never with a key or a text.
     using Complain = std::function<void(const Error&)>;
 
-    /// Without an `output` nothing is seized; it and `memory` outlive the core. `devices` get the
-    /// indexes from 0.
-    Core(VirtualDevice* output, OrderMemory& memory, const std::vector<SeenDeviceInfo>& devices,
-         Complain complain);
+    /// `output` and `memory` outlive the core.
+    Core(VirtualDevice& output, OrderMemory& memory, Complain complain);
 
     /// Who runs the actions of combos; without one those that need somebody do nothing.
     void setActionRunner(ActionRunner* runner) { m_runner = runner; }
+    /// Who seizes devices; without one nothing is seized. Set before there are devices.
+    void setDeviceControl(DeviceControl* control) { m_control = control; }
 
     /// On failure the last good configuration stays. The error may quote the configuration.
     Result<void> updateCfg(ByteView encoded);
 
-    /// Whether the devices are seized now. Refused after the lock-out chord until stopGrabbing;
-    /// without a configuration the order is kept for the first one.
+    /// Whether the devices are to be seized now and not every one is refused. Refused after the
+    /// lock-out chord until stopGrabbing; without a configuration the order is kept for the first
+    /// one.
     bool startGrabbing();
     /// Releases every device and forgets the lock-out. Always true.
     bool stopGrabbing();
 
-    /// A further device; its index is never given to another one.
-    engine::DeviceIndex addDevice(SeenDeviceInfo device);
+    /// An index for a further device; it is never given to another one.
+    engine::DeviceIndex newIndex() { return m_nextIndex++; }
+    /// The device is there; it may be wanted before this call returns.
+    void addDevice(engine::DeviceIndex index, SeenDeviceInfo device,
+                   Reach reach = Reach::canBeSeized);
     /// The device is gone; what it holds is released.
     void removeDevice(engine::DeviceIndex device);
-    /// What keeps the daemon from the machine's devices. An `output` speaks for itself.
-    void setAccess(const AccessReport& access) { m_access = access; }
+
+    /// What became of a wish to the device control, and what happened without one.
+    void seized(engine::DeviceIndex device, KeysThen keys);
+    void freed(engine::DeviceIndex device);
+    /// It cannot be seized, for this errno: another program holds it, most likely.
+    void refused(engine::DeviceIndex device, int error);
+
+    /// What keeps the daemon from the machine's devices; nothing is seized before it is known.
+    void setAccess(const AccessReport& access);
+    /// Nothing can be written any more: everything is freed, until there is an output again.
+    void outputFailed(const Error& error);
+    void outputReady();
+    /// The machine is about to sleep, or has woken up; asleep nothing is seized.
+    void setAsleep(bool isAsleep);
 
     Status status() const;
     /// In order of their indexes; several devices of one identity and kind are one entry.
@@ -79,11 +97,23 @@ public:
     void shutDown();
 
 private:
+    struct Device {
+        SeenDeviceInfo info;
+        Reach reach = Reach::canBeSeized;
+        bool isWanted = false;
+        bool isSeized = false;
+        bool isRefused = false;
+    };
+
+    /// Whether everything but the devices allows it.
+    bool mayGrab() const;
     bool isGrabbing() const;
-    bool isDriverConnected() const { return m_output || m_access.uinput == NodeAccess::ok; }
+    bool isDriverConnected() const {
+        return m_access.uinput == NodeAccess::ok && !m_isOutputBroken;
+    }
     void rememberOrder();
     void applySeizure();
-    void applySeizure(engine::DeviceIndex index, const SeenDeviceInfo& device);
+    void applySeizure(engine::DeviceIndex index, Device& device);
     void apply(const engine::Effects& effects);
     void run(const ShortcutAction& action);
     void type(std::string_view text, std::size_t limit);
@@ -91,9 +121,9 @@ private:
     void write(engine::Outputs outputs);
     void noteOutput(const Result<void>& done);
 
-    VirtualDevice* m_output;
+    VirtualDevice& m_output;
     OrderMemory& m_memory;
-    std::map<engine::DeviceIndex, SeenDeviceInfo> m_devices;
+    std::map<engine::DeviceIndex, Device> m_devices;
     engine::DeviceIndex m_nextIndex = 0;
     AccessReport m_access;
     Complain m_complain;
@@ -102,10 +132,13 @@ private:
     Order m_order;
     Order m_savedOrder;
     ActionRunner* m_runner = nullptr;
+    DeviceControl* m_control = nullptr;
     /// Grows whenever all is released; a clipboard asked for before is not typed any more.
     std::uint64_t m_releaseCount = 0;
     bool m_isLockedOut = false;
     bool m_isShutDown = false;
+    bool m_isAsleep = false;
+    bool m_isOutputBroken = false;
     bool m_outputFailed = false;
 };
 

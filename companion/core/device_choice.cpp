@@ -5,11 +5,15 @@
 namespace tamsel {
 
 bool isChosen(const Cfg& cfg, const SeenDeviceInfo& device) {
-    const auto& list = device.isMouse ? cfg.mouseDevices : cfg.excludedKeyboards;
-    const bool isListed =
-        std::find(list.begin(), list.end(),
-                  GrabbedDevice{device.vendorID, device.productID, device.product}) != list.end();
-    return isListed == device.isMouse;
+    const auto isIn = [&device](const std::vector<GrabbedDevice>& list) {
+        return std::any_of(list.begin(), list.end(), [&device](const GrabbedDevice& each) {
+            return each.vendorID == device.vendorID && each.productID == device.productID;
+        });
+    };
+    if (device.isMouse)
+        return isIn(cfg.mouseDevices);
+    const bool isSelective = cfg.grabScope == GrabScope::selected && !cfg.allowedDevices.empty();
+    return !isIn(cfg.excludedKeyboards) && (!isSelective || isIn(cfg.allowedDevices));
 }
 
 bool isAppleMade(const SeenDeviceInfo& device) {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/error.h"
-#include "records/records.h"
 #include "engine/key_events.h"
+#include "records/records.h"
 
 #include <span>
 

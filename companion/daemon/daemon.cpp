@@ -1,14 +1,16 @@
 #include "daemon/daemon.h"
 
-#include "daemon/machine_devices.h"
-#include "protocol/socket_path.h"
-#include "simulation/simulated_devices.h"
 #include "bus/access.h"
 #include "bus/bus_server.h"
-#include "core/core.h"
-#include "program/event_loop.h"
 #include "bus/listener.h"
+#include "bus/sleep_watch.h"
+#include "core/core.h"
+#include "devices/kernel_devices.h"
+#include "program/event_loop.h"
 #include "program/log.h"
+#include "protocol/socket_path.h"
+#include "simulation/obedient_devices.h"
+#include "simulation/simulated_devices.h"
 
 #include <optional>
 #include <sys/epoll.h>
@@ -23,13 +25,11 @@ struct Simulation {
     SimulatedOutput output;
 };
 
-Result<std::optional<Simulation>> openSimulation(const std::optional<std::string>& folder) {
-    if (!folder)
-        return std::nullopt;
-    auto devices = SimulatedDevices::open(*folder);
+Result<Simulation> openSimulation(const std::string& folder) {
+    auto devices = SimulatedDevices::open(folder);
     if (!devices)
         return tl::unexpected(devices.error());
-    auto output = SimulatedOutput::open(*folder);
+    auto output = SimulatedOutput::open(folder);
     if (!output)
         return tl::unexpected(output.error());
     return Simulation{std::move(*devices), std::move(*output)};
@@ -73,6 +73,64 @@ struct InputPump {
     }
 };
 
+/// What the daemon is made of beside its devices.
+struct House {
+    sd_event* loop;
+    Listener& listener;
+    OrderMemory& memory;
+    const Log& log;
+
+    Core::Complain complain() const {
+        return [this](const Error& error) { log.error(error.description()); };
+    }
+};
+
+Result<void> runLoop(const House& house, Core& core) {
+    const int result = ::sd_event_loop(house.loop);
+    core.shutDown();
+    return result < 0 ? Result<void>(loopError(result)) : Result<void>();
+}
+
+Result<void> runSimulated(const House& house, const std::string& folder) {
+    auto simulation = openSimulation(folder);
+    if (!simulation)
+        return tl::unexpected(simulation.error());
+    Core core(simulation->output, house.memory, house.complain());
+    ObedientDevices control(core);
+    core.setAccess({NodeAccess::ok, NodeAccess::ok});
+    for (const SeenDeviceInfo& device : simulation->devices.devices())
+        core.addDevice(core.newIndex(), device);
+    BusServer server(house.loop, house.listener, core, house.log, mayTalk);
+    if (auto started = server.start(); !started)
+        return started;
+    InputPump pump{simulation->devices, core, server};
+    if (auto attached = pump.attach(house.loop); !attached)
+        return attached;
+    auto run = runLoop(house, core);
+    return pump.failure ? tl::unexpected(*pump.failure) : run;
+}
+
+Result<void> runOnMachine(const House& house, VirtualDevices virtualDevices) {
+    const EvdevNodes nodes("/sys", virtualDevices);
+    KernelDevices devices(house.loop, nodes,
+                          [&house](const std::string& line) { house.log.info(line); });
+    Core core(devices.output(), house.memory, house.complain());
+    BusServer server(house.loop, house.listener, core, house.log, mayTalk);
+    if (auto started = server.start(); !started)
+        return started;
+    const auto publish = [&server](const KeyEvent& event) { server.publish(event); };
+    if (auto started = devices.start(core, publish); !started)
+        return started;
+    const SleepWatch sleep(house.loop, [&](bool isAboutToSleep) {
+        core.setAsleep(isAboutToSleep);
+        if (!isAboutToSleep)
+            devices.lookAgain();
+    });
+    auto run = runLoop(house, core);
+    core.setDeviceControl(nullptr);
+    return run;
+}
+
 } // namespace
 
 Result<void> runDaemon(const Options& options) {
@@ -83,41 +141,14 @@ Result<void> runDaemon(const Options& options) {
         options.stateFolder ? Result<std::string>(*options.stateFolder) : defaultStateFolder();
     if (!stateFolder)
         return tl::unexpected(stateFolder.error());
-    auto simulation = openSimulation(options.simulationFolder);
-    if (!simulation)
-        return tl::unexpected(simulation.error());
     auto listener = Listener::open(protocol::daemonAddress());
     if (!listener)
         return tl::unexpected(listener.error());
-
     const Log log = Log::system("daemon");
     FileOrderMemory memory(*stateFolder);
-    auto& simulated = *simulation;
-    Core core(simulated ? &simulated->output : nullptr, memory,
-              simulated ? simulated->devices.devices() : std::vector<SeenDeviceInfo>(),
-              [&log](const Error& error) { log.error(error.description()); });
-    BusServer server(loop->get(), *listener, core, log, mayTalk);
-    if (auto started = server.start(); !started)
-        return started;
-    std::optional<InputPump> pump;
-    if (simulated) {
-        pump.emplace(InputPump{simulated->devices, core, server});
-        if (auto attached = pump->attach(loop->get()); !attached)
-            return attached;
-    }
-    std::optional<MachineDevices> machine;
-    if (!simulated) {
-        machine.emplace(core, log);
-        if (auto started = machine->start(loop->get()); !started)
-            return started;
-    }
-    const int result = ::sd_event_loop(loop->get());
-    core.shutDown();
-    if (pump && pump->failure)
-        return tl::unexpected(*pump->failure);
-    if (result < 0)
-        return loopError(result);
-    return {};
+    const House house{loop->get(), *listener, memory, log};
+    return options.simulationFolder ? runSimulated(house, *options.simulationFolder)
+                                    : runOnMachine(house, options.virtualDevices);
 }
 
 } // namespace tamsel

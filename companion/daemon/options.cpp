@@ -13,6 +13,8 @@ Result<Options> parseOptions(int count, char** words) {
             options.mode = Options::Mode::help;
         else if (word == "--version")
             options.mode = Options::Mode::version;
+        else if (word == "--seize-virtual")
+            options.virtualDevices = VirtualDevices::seen;
         else if (word == "--simulate")
             folder = &options.simulationFolder;
         else if (word == "--state-dir")
@@ -36,6 +38,8 @@ std::string helpText() {
            "DIR/out\n"
            "  --state-dir DIR  where the last order is remembered\n"
            "                   (otherwise $XDG_STATE_HOME/tamsel or ~/.local/state/tamsel)\n"
+           "  --seize-virtual  take devices that other programs have made for real ones; for "
+           "tests\n"
            "  --version        print the version and the build number\n"
            "  --help           print this\n"
            "\n"

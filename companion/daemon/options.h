@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/error.h"
+#include "devices/device_nodes.h"
 
 #include <cstdint>
 #include <optional>
@@ -15,6 +16,7 @@ struct Options {
     Mode mode = Mode::run;
     std::optional<std::string> simulationFolder;
     std::optional<std::string> stateFolder;
+    VirtualDevices virtualDevices = VirtualDevices::ignored;
 };
 
 Result<Options> parseOptions(int count, char** words);

@@ -46,11 +46,21 @@ Interfaces classify(const libevdev* device) {
 }
 
 bool isOwnVirtualDevice(const libevdev* device) {
-    if (::libevdev_get_id_bustype(device) != BUS_VIRTUAL)
-        return false;
+    // A stand-in has the identity of what it stands for.
     const char* const phys = ::libevdev_get_phys(device);
-    return (phys && phys == virtual_identity::phys) ||
-           ::libevdev_get_id_vendor(device) == virtual_identity::vendor;
+    return phys && phys == virtual_identity::phys;
+}
+
+bool hasMediaKeysOnly(const libevdev* device) {
+    constexpr std::array<std::uint16_t, 3> volume{KEY_MUTE, KEY_VOLUMEDOWN, KEY_VOLUMEUP};
+    const Interfaces interfaces = classify(device);
+    return !interfaces.isKeyboard && !interfaces.isPointer && countKeys(device, volume) > 0 &&
+           ::libevdev_has_event_type(device, EV_SW) == 0 && !has(device, EV_KEY, BTN_JOYSTICK) &&
+           !has(device, EV_KEY, BTN_GAMEPAD);
+}
+
+bool hasPointingHalf(const libevdev* device) {
+    return has(device, EV_KEY, BTN_LEFT) || has(device, EV_REL, REL_X);
 }
 
 std::string transportName(int bus) {
@@ -97,6 +107,8 @@ std::vector<SeenDeviceInfo> describe(const libevdev* device, const std::string& 
     info.product = cleanText(::libevdev_get_name(device));
     info.manufacturer = manufacturer;
     info.transport = transportName(::libevdev_get_id_bustype(device));
+    info.isAllowed =
+        ::libevdev_has_event_type(device, EV_SW) == 0 && !has(device, EV_KEY, BTN_TOUCH);
     std::vector<SeenDeviceInfo> entries;
     for (const bool isMouse : {false, true}) {
         info.isMouse = isMouse;

@@ -32,8 +32,16 @@ std::string transportName(int bus);
 /// characters or blanks around it, 128 bytes at most.
 std::string cleanText(std::string_view raw);
 
+/// Volume keys on a device that is neither keyboard, pointer, switch nor game controller: the
+/// sibling that many keyboards have for them.
+bool hasMediaKeysOnly(const libevdev* device);
+
+/// Whether the device has buttons or relative axes that go through a stand-in.
+bool hasPointingHalf(const libevdev* device);
+
 /// What there is to tell of a device, an entry for each interface, the keyboard first; nothing for
-/// a device of no interest and for Tamsel's own.
+/// a device of no interest and for Tamsel's own. `isAllowed` is set where it can be seized: not on
+/// devices with switches, whose words to the system must never be in doubt, nor on touch devices.
 std::vector<SeenDeviceInfo> describe(const libevdev* device, const std::string& manufacturer);
 
 } // namespace tamsel

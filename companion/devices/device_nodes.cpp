@@ -1,7 +1,9 @@
 #include "devices/device_nodes.h"
 
-#include "devices/device_description.h"
 #include "base/unique_fd.h"
+#include "devices/device_description.h"
+#include "devices/input_node.h"
+#include "devices/udev_facts.h"
 
 #include <array>
 #include <cerrno>
@@ -18,9 +20,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct FreeDevice {
-    void operator()(libevdev* device) const { ::libevdev_free(device); }
-};
+/// By udev's word, else by the port.
+bool isBuiltIn(int bus, const std::string& integration) {
+    if (!integration.empty())
+        return integration == "internal";
+    return bus == BUS_I8042 || bus == BUS_HOST || bus == BUS_I2C || bus == BUS_SPI ||
+           bus == BUS_RMI;
+}
 
 /// The first bytes of a file, "" when it cannot be read.
 std::string firstBytes(const fs::path& path) {
@@ -33,22 +39,35 @@ std::string firstBytes(const fs::path& path) {
 
 } // namespace
 
-tl::expected<std::vector<SeenDeviceInfo>, int> EvdevNodes::read(const std::string& path) const {
-    const UniqueFd file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    if (!file.isOpen())
-        return tl::unexpected(errno);
-    struct stat info {};
-    if (::fstat(file.get(), &info) != 0)
-        return tl::unexpected(errno);
-    if (!S_ISCHR(info.st_mode))
-        return tl::unexpected(ENOTTY);
-    libevdev* opened = nullptr;
-    if (const int result = ::libevdev_new_from_fd(file.get(), &opened); result < 0)
-        return tl::unexpected(-result);
-    const std::unique_ptr<libevdev, FreeDevice> device(opened);
-    const bool isUsb = ::libevdev_get_id_bustype(device.get()) == BUS_USB;
-    const std::string_view node = std::string_view(path).substr(path.rfind('/') + 1);
-    return describe(device.get(), isUsb ? usbManufacturer(m_sysRoot, node) : std::string());
+tl::expected<NodeDescription, int> EvdevNodes::look(const std::string& path) const {
+    const auto node = InputNode::open(path);
+    if (!node)
+        return tl::unexpected(node.error());
+    const std::string name = path.substr(path.rfind('/') + 1);
+    const UdevFacts facts = UdevFacts::of(name);
+    if (!facts.isInitialized)
+        return tl::unexpected(EAGAIN);
+    NodeDescription description;
+    description.name = name;
+    description.sysPath = facts.sysPath;
+    const libevdev* const device = node->device();
+    const bool isVirtual = facts.sysPath.find("/devices/virtual/input/") != std::string::npos;
+    if (facts.seat != "seat0" || isOwnVirtualDevice(device) ||
+        (isVirtual && m_virtualDevices == VirtualDevices::ignored))
+        return description;
+    const int bus = ::libevdev_get_id_bustype(device);
+    description.entries =
+        describe(device, bus == BUS_USB ? usbManufacturer(m_sysRoot, name) : std::string());
+    const char* const uniq = ::libevdev_get_uniq(device);
+    // The physical path of a Bluetooth device is the adapter's.
+    description.family = bus == BUS_BLUETOOTH ? (uniq ? uniq : "") : facts.usbPath;
+    description.place =
+        isBuiltIn(bus, facts.integration) ? KeyboardPlace::builtIn : KeyboardPlace::external;
+    description.hasMediaKeys =
+        description.entries.empty() && !description.family.empty() && hasMediaKeysOnly(device);
+    if (hasPointingHalf(device))
+        description.standIn = cloneRecipe(device);
+    return description;
 }
 
 int EvdevNodes::tryOpen(const std::string& path) const {

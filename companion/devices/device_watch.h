@@ -1,39 +1,36 @@
 #pragma once
 
 #include "base/error.h"
-#include "engine/key_events.h"
 #include "core/access_report.h"
 #include "devices/device_nodes.h"
-#include "base/unique_fd.h"
+#include "devices/helpers.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
-#include <set>
+#include <memory>
+#include <optional>
 #include <string>
-#include <vector>
-
-struct inotify_event;
 
 namespace tamsel {
 
-/// Where devices are told of as they come and go.
+/// Where nodes are told of as they come and go.
 class DeviceSink {
 public:
     virtual ~DeviceSink() = default;
 
-    /// A device is there; the returned number stands for it from now on.
-    virtual engine::DeviceIndex addDevice(const SeenDeviceInfo& device) = 0;
-    virtual void removeDevice(engine::DeviceIndex device) = 0;
+    /// A node of interest is there.
+    virtual void nodeAppeared(const NodeDescription& node) = 0;
+    virtual void nodeGone(const std::string& name) = 0;
     /// Called once at the start and then when the report has changed.
     virtual void accessChanged(const AccessReport& report) = 0;
     /// Called with what goes wrong with a node; the others go on.
     virtual void complain(const Error& error) = 0;
 };
 
-/// Watches the machine's device nodes: tells of each keyboard and pointer interface, and of what
-/// keeps this process from them. A node that appears before its permissions are set is looked at
-/// again when they change. Neither the folder nor the driver's node need exist yet; the folders
-/// they are in must.
+/// Knows the machine's device nodes: what each is, and what keeps this process from them. It is
+/// told which have changed, looks at each on a helper, and tells of those of interest. Neither the
+/// folder nor the driver's node need exist.
 class DeviceWatch final {
 public:
     /// Nodes looked at; a machine with more has something wrong with it.
@@ -44,35 +41,25 @@ public:
         std::string uinputNode = "/dev/uinput";
     };
 
-    /// `nodes` and `sink` outlive the watch.
-    DeviceWatch(Places places, const DeviceNodes& nodes, DeviceSink& sink);
+    /// `nodes`, `helpers` and `sink` outlive the watch.
+    DeviceWatch(Places places, const DeviceNodes& nodes, Helpers& helpers, DeviceSink& sink);
 
-    /// Tells of what is there now.
-    Result<void> start();
-
-    /// The descriptor to wait on for reading, once started.
-    int fd() const { return m_inotify.get(); }
-    /// Takes in what has happened, without blocking; at most one buffer full.
-    void read();
+    /// At the start, after a loss of news, and when something else may have changed.
+    void lookAtEverything();
+    /// A node, by its name ("event3"), has come or changed; names of others are ignored.
+    void changed(const std::string& name);
+    void gone(const std::string& name);
+    void driverChanged() { report(); }
 
 private:
     struct Node {
-        std::uint64_t inode = 0; ///< a new device under an old name has a new one
+        std::uint64_t look = 0; ///< the last one's number; the answers to earlier ones are stale
         NodeAccess access = NodeAccess::noNode;
-        std::vector<SeenDeviceInfo> entries;
-        std::vector<engine::DeviceIndex> devices;
-    };
-    /// What a batch of the kernel's news makes necessary.
-    struct News {
-        std::set<std::string> names; ///< of nodes to look at
-        bool isEverything = false;   ///< all of them
-        bool isDriver = false;       ///< the driver's node
+        std::optional<NodeDescription> told;
     };
 
-    void take(const inotify_event& event, News& news);
-    void watchInputFolder();
-    void lookAtEverything();
-    void lookAt(const std::string& name);
+    void looked(const std::string& name, std::uint64_t look,
+                const tl::expected<NodeDescription, int>& result);
     void forget(const std::string& name);
     NodeAccess denial(const std::string& path, mode_t wanted) const;
     NodeAccess driverAccess() const;
@@ -81,14 +68,16 @@ private:
 
     Places m_places;
     const DeviceNodes& m_nodes;
+    Helpers& m_helpers;
     DeviceSink& m_sink;
-    UniqueFd m_inotify;
-    int m_inputWatch = -1;
     std::map<std::string, Node> m_known;
+    std::uint64_t m_looks = 0;
+    std::size_t m_pending = 0;
     AccessReport m_reported;
     NodeAccess m_folderAccess = NodeAccess::noNode;
     bool m_hasReported = false;
     bool m_isOverfull = false;
+    std::shared_ptr<bool> m_life = std::make_shared<bool>();
 };
 
 } // namespace tamsel

@@ -1,7 +1,7 @@
 #include "helper/access_rule.h"
 
-#include "helper/helper.h"
 #include "base/unique_fd.h"
+#include "helper/helper.h"
 
 #include <cerrno>
 #include <cstdlib>

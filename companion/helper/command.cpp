@@ -1,6 +1,7 @@
 #include "helper/command.h"
 
 #include "base/process.h"
+#include "base/unique_fd.h"
 #include "helper/helper.h"
 
 #include <csignal>

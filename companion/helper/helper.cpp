@@ -1,9 +1,9 @@
 #include "helper/helper.h"
 
+#include "base/unique_fd.h"
 #include "helper/access_rule.h"
 #include "helper/command.h"
 #include "helper/device_access.h"
-#include "base/unique_fd.h"
 
 #include <cerrno>
 #include <ctime>

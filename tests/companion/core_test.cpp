@@ -1,114 +1,7 @@
-#include "core/core.h"
-
-#include "coding/cfg_coding.h"
-
-#include <gmock/gmock.h>
+#include "companion/core_fixture.h"
 
 namespace tamsel {
 namespace {
-
-using engine::Edge;
-using engine::EngineTime;
-namespace word = protocol::status;
-
-class FakeMemory final : public OrderMemory {
-public:
-    Order load() const override { return order; }
-    Result<void> save(Order saved) override {
-        if (isBroken)
-            return fail("no room", "state");
-        order = saved;
-        return {};
-    }
-    Order order = Order::start;
-    bool isBroken = false;
-};
-
-class FakeOutput final : public VirtualDevice {
-public:
-    Result<void> write(std::span<const engine::OutputEvent> events) override {
-        if (isBroken)
-            return fail("no room", "out");
-        for (const engine::OutputEvent& event : events)
-            text += std::to_string(event.usage) + (event.edge == Edge::down ? "d " : "u ");
-        return {};
-    }
-    Result<void> record(const ShortcutAction& action) override {
-        text += "!" + std::string(name(action.type)) + " ";
-        return {};
-    }
-    std::string taken() { return std::exchange(text, {}); }
-    std::string text;
-    bool isBroken = false;
-};
-
-class FakeRunner final : public ActionRunner {
-public:
-    void runCommand(const std::string& command) override { asked.push_back("run " + command); }
-    void openURL(const std::string& url) override { asked.push_back("open " + url); }
-    void requestClipboardText(ClipboardText done) override { clipboard = std::move(done); }
-    std::vector<std::string> asked;
-    ClipboardText clipboard;
-};
-
-SeenDeviceInfo device(std::int64_t vendor, const char* product, bool isMouse) {
-    return {vendor, 7, product, "Maker", "USB", false, false, isMouse};
-}
-
-Bytes encoded(const Cfg& cfg) {
-    return encodeCfg(cfg).value();
-}
-
-Cfg capsIsControl() {
-    Cfg cfg;
-    cfg.mappings.push_back({"id", true, {57, {}}, {224, {}}});
-    return cfg;
-}
-
-/// Combos on the keys from 4 on, without modifiers.
-Cfg combos(const std::vector<std::pair<ShortcutAction, std::optional<ShortcutAction>>>& actions) {
-    Cfg cfg;
-    for (const auto& [action, actionUp] : actions) {
-        Shortcut combo{.id = "id", .enabled = true, .action = action, .actionUp = actionUp};
-        combo.keys.keyCode = static_cast<std::uint32_t>(4 + cfg.shortcuts.size());
-        cfg.shortcuts.push_back(combo);
-    }
-    return cfg;
-}
-
-class CoreTest : public testing::Test {
-protected:
-    enum : engine::DeviceIndex { appleKeyboard, otherKeyboard, mouse, bluetoothKeyboard };
-
-    std::unique_ptr<Core> makeCore(VirtualDevice* output) {
-        return std::make_unique<Core>(
-            output, m_memory,
-            std::vector{device(1452, "Keys", false), device(2, "Keys", false),
-                        device(2, "Keys", true), device(0x4C, "Air", false)},
-            [this](const Error& error) { m_complaints.push_back(error.description()); });
-    }
-
-    std::optional<KeyEvent> press(engine::DeviceIndex index, std::uint32_t usage,
-                                  Edge edge = Edge::down) {
-        return m_core->handle({EngineTime(++m_time), index, usage, edge});
-    }
-
-    /// The chosen devices as a row of marks: seized, allowed only, neither.
-    std::string devices() const {
-        std::string marks;
-        for (const SeenDeviceInfo& each : m_core->seenDevices())
-            marks += each.isSeized ? 's' : each.isAllowed ? 'a' : '-';
-        return marks;
-    }
-
-    std::string_view statusText() const { return m_core->status().text; }
-
-    FakeMemory m_memory;
-    FakeOutput m_output;
-    std::vector<std::string> m_complaints;
-    std::unique_ptr<Core> m_core = makeCore(&m_output);
-    int m_time = 0;
-};
 
 TEST_F(CoreTest, seizesWithTheFirstConfiguration) {
     EXPECT_EQ(m_core->status(), (Status{false, true, word::driverConnectedNotGrabbing}));
@@ -123,21 +16,6 @@ TEST_F(CoreTest, seizesWithTheFirstConfiguration) {
     EXPECT_EQ(m_output.taken(), "224u ");
     EXPECT_FALSE(m_core->status().isGrabbing);
     EXPECT_EQ(m_memory.order, Order::start) << "the end is no order";
-}
-
-TEST_F(CoreTest, choosesDevicesByIdentityAndKind) {
-    Cfg cfg;
-    cfg.excludedKeyboards = {{2, 7, "Keys"}, {1452, 8, "Keys"}, {0x4C, 7, "air"}};
-    ASSERT_TRUE(m_core->updateCfg(encoded(cfg)));
-    EXPECT_EQ(devices(), "s--s");
-    EXPECT_FALSE(press(otherKeyboard, 4));
-    EXPECT_FALSE(press(mouse, 0x1001));
-    EXPECT_EQ(m_output.taken(), "");
-    cfg.mouseDevices = {{2, 7, "Keys"}};
-    ASSERT_TRUE(m_core->updateCfg(encoded(cfg)));
-    EXPECT_EQ(devices(), "s-ss");
-    EXPECT_TRUE(press(mouse, 0x1002));
-    EXPECT_EQ(m_output.taken(), "4098d ");
 }
 
 TEST_F(CoreTest, reportsSeizedKeysWithTheirMaker) {
@@ -171,7 +49,7 @@ TEST_F(CoreTest, stopIsRememberedUntilStart) {
     EXPECT_EQ(m_core->status(), (Status{false, true, word::userStopped}));
     EXPECT_EQ(devices(), "aa-a");
 
-    m_core = makeCore(&m_output); // a restart
+    m_core = makeCore(); // a restart
     EXPECT_EQ(statusText(), word::userStopped);
     ASSERT_TRUE(m_core->updateCfg(encoded(capsIsControl())));
     EXPECT_EQ(statusText(), word::userStopped);
@@ -204,63 +82,6 @@ TEST_F(CoreTest, lockOutHoldsUntilStop) {
     EXPECT_EQ(statusText(), word::userStopped);
     EXPECT_TRUE(m_core->startGrabbing());
     EXPECT_EQ(m_memory.order, Order::start);
-}
-
-TEST_F(CoreTest, withoutADriverNothingIsSeized) {
-    m_core = makeCore(nullptr);
-    ASSERT_TRUE(m_core->updateCfg(encoded(capsIsControl())));
-    EXPECT_FALSE(m_core->startGrabbing());
-    EXPECT_EQ(m_core->status(), (Status{false, false, word::driverDisconnected}));
-    EXPECT_FALSE(press(otherKeyboard, 57));
-    m_core->stopGrabbing();
-    EXPECT_EQ(statusText(), word::userStopped);
-}
-
-TEST_F(CoreTest, tellsWhatKeepsItFromTheMachine) {
-    using enum NodeAccess;
-    m_core = makeCore(nullptr);
-    const std::tuple<AccessReport, bool, std::string_view> cases[] = {
-        {{noNode, noNode}, false, word::driverDisconnected},
-        {{noAccess, ok}, false, word::driverDisconnected},
-        {{notInGroupYet, ok}, false, word::driverDisconnected},
-        {{noAccess, noAccess}, false, word::tccDenied},
-        {{ok, notInGroupYet}, true, word::tccDenied},
-        {{ok, noAccess}, true, word::tccDenied},
-        {{ok, noNode}, true, word::driverConnectedNotGrabbing},
-        {{ok, ok}, true, word::driverConnectedNotGrabbing},
-    };
-    ASSERT_TRUE(m_core->updateCfg(encoded({})));
-    for (const auto& [access, isConnected, text] : cases) {
-        m_core->setAccess(access);
-        EXPECT_EQ(m_core->status(), (Status{false, isConnected, text}));
-    }
-    EXPECT_FALSE(m_core->startGrabbing()) << "without an output nothing is seized";
-    m_core->stopGrabbing();
-    EXPECT_EQ(m_core->status(), (Status{false, true, word::userStopped}));
-}
-
-TEST_F(CoreTest, devicesComeAndGo) {
-    ASSERT_TRUE(m_core->updateCfg(encoded(capsIsControl())));
-    const auto late = m_core->addDevice(device(3, "Late", false));
-    EXPECT_EQ(late, 4U);
-    EXPECT_EQ(devices(), "ss-ss") << "seized like the others";
-    press(late, 57);
-    m_core->removeDevice(late);
-    EXPECT_EQ(m_output.taken(), "224d 224u ");
-    EXPECT_EQ(devices(), "ss-s");
-    EXPECT_FALSE(press(late, 57));
-    m_core->removeDevice(late);
-    m_core->removeDevice(99);
-
-    const auto again = m_core->addDevice(device(3, "Late", false));
-    const auto twin = m_core->addDevice(device(3, "Late", false));
-    EXPECT_EQ(again, late + 1) << "an index is never used twice";
-    EXPECT_EQ(devices(), "ss-ss") << "twins are one entry";
-    m_core->removeDevice(again);
-    EXPECT_EQ(devices(), "ss-ss");
-    EXPECT_TRUE(press(twin, 4));
-    m_core->addDevice(device(3, "Late", true));
-    EXPECT_EQ(devices(), "ss-ss-") << "the other kind is another entry";
 }
 
 TEST_F(CoreTest, runsWhatCombosAsk) {

@@ -102,7 +102,7 @@ TEST(DeviceDescription, makesAnEntryForEachInterface) {
     const Description both =
         mouse(Description().named(" Two\tin \xFF one\n").withKeys(KEY_ESC, KEY_KPDOT));
     const SeenDeviceInfo keyboard{0x46D, 0xC52B, "Two in ? one", "Maker",
-                                  "usb", false,  false,          false};
+                                  "usb", false,  true,           false};
     SeenDeviceInfo pointer = keyboard;
     pointer.isMouse = true;
     EXPECT_THAT(describe(both.get(), "Maker"), testing::ElementsAre(keyboard, pointer));
@@ -115,11 +115,35 @@ TEST(DeviceDescription, neverTakesItsOwnDevices) {
         return isOwnVirtualDevice(keyboard.get());
     };
     EXPECT_TRUE(isOwn(Description(BUS_VIRTUAL).at("tamsel/virtual")));
-    EXPECT_TRUE(isOwn(Description(BUS_VIRTUAL, virtual_identity::vendor)));
+    EXPECT_TRUE(isOwn(Description(BUS_USB).at("tamsel/virtual"))) << "a stand-in for a mouse";
     EXPECT_FALSE(isOwn(Description(BUS_VIRTUAL).at("somebody/else")));
     EXPECT_FALSE(isOwn(Description(BUS_VIRTUAL).named(virtual_identity::keyboardName)));
-    EXPECT_FALSE(isOwn(Description(BUS_USB, virtual_identity::vendor).at("tamsel/virtual")))
-        << "no real device can hide behind the marks";
+}
+
+TEST(DeviceDescription, leavesSwitchesAndTouchOutOfReach) {
+    const auto areInReach = [](Description&& device) {
+        const Description all = std::move(device).withKeys(KEY_ESC, KEY_KPDOT);
+        const auto entries = describe(all.get(), "");
+        return std::all_of(entries.begin(), entries.end(),
+                           [](const SeenDeviceInfo& entry) { return entry.isAllowed; });
+    };
+    EXPECT_TRUE(areInReach(mouse(Description())));
+    EXPECT_FALSE(areInReach(Description().with(EV_SW, {SW_TABLET_MODE})));
+    EXPECT_FALSE(areInReach(touch(mouse(Description()))));
+}
+
+TEST(DeviceDescription, tellsTheSiblingWithTheVolumeKeys) {
+    const auto isSibling = [](Description&& device) {
+        const Description keys = std::move(device).withKeys(KEY_MUTE, KEY_VOLUMEUP);
+        return hasMediaKeysOnly(keys.get());
+    };
+    EXPECT_TRUE(isSibling(Description()));
+    EXPECT_TRUE(isSibling(Description().with(EV_REL, {REL_HWHEEL})));
+    EXPECT_FALSE(isSibling(Description().withKeys(KEY_ESC, KEY_KPDOT)));
+    EXPECT_FALSE(isSibling(mouse(Description())));
+    EXPECT_FALSE(isSibling(Description().with(EV_SW, {SW_HEADPHONE_INSERT})));
+    EXPECT_FALSE(isSibling(Description().with(EV_KEY, {BTN_GAMEPAD})));
+    EXPECT_FALSE(hasMediaKeysOnly(Description().withKeys(KEY_POWER, KEY_POWER).get()));
 }
 
 TEST(DeviceDescription, namesTheTransport) {

@@ -440,6 +440,17 @@ class Socket(DaemonTest):
             self.assertTrue(os.path.exists(self.socket))
         self.assertTrue(self.start().status()[1])
 
+    def test_a_socket_of_systemds_is_used_and_stays(self):
+        os.makedirs(os.path.dirname(self.socket))
+        self.process = subprocess.Popen(
+            ["systemd-socket-activate", "-l", self.socket,
+             "-E", "TAMSEL_DAEMON_ADDRESS=" + self.address,
+             *self.command("--simulate", self.simulation)],
+            stderr=self.errors, env=self.environment())
+        self.assertTrue(until(self.connect, "the daemon behind the socket").status()[1])
+        self.terminate()
+        self.assertEqual(os.listdir(os.path.dirname(self.socket)), ["daemon.sock"])
+
     def test_a_second_daemon_is_refused(self):
         client = self.start()
         self.assertIn(self.socket, self.refused(*self.command()))
