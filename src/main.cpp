@@ -88,7 +88,7 @@ std::unique_ptr<tamsel::SystemExtensionService> makeDriver(ServiceKind kind,
 std::unique_ptr<tamsel::UpdaterMaker> makeUpdaters(const tamsel::UpdateParts& parts,
                                                    const tamsel::RelaunchOrder& relaunch) {
     if (!parts.bundle.infoString(QStringLiteral("QLFeedURL")))
-        return std::make_unique<tamsel::PackagedUpdaterMaker>(parts.queue);
+        return std::make_unique<tamsel::PackagedUpdaterMaker>();
     return std::make_unique<tamsel::FeedUpdaterMaker>(parts, relaunch);
 }
 

@@ -94,6 +94,10 @@ TEST_F(UpdatesTest, EachOutcomeOfACheck) {
         EXPECT_EQ(status(), outcome) << "decided is decided, and no time-out comes later";
     }
     EXPECT_EQ(acknowledged, 2);
+    updater.driver->showUpdateNotFound(noUpdate, acknowledge);
+    EXPECT_EQ(driverLog.lines.last(),
+              (FakeSystemLog::Line{SystemLogType::debug, "[Quorel] showUpdateNotFoundWithError"}));
+    takeLines(log);
     EXPECT_EQ(quorel->availableBuildNumber(), "200");
 
     beginCheck();
