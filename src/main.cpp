@@ -162,7 +162,7 @@ int main(int argc, char** argv) {
     using LogTimes = tamsel::JournalSystemLog::Times;
     tamsel::JournalSystemLog updateLog("org.maren.quorel", "Quorel", LogTimes::added);
     tamsel::JournalSystemLog updateDriverLog("org.maren.quorel", "UserDriver", LogTimes::added);
-    tamsel::SecureRequests requests(bundle);
+    tamsel::SecureRequests requests(bundle, queue);
     const auto updaters = makeUpdaters({bundle, queue, background, **defaults, qtApplication,
                                         requests, QCoreApplication::applicationDirPath()},
                                        relaunch);

@@ -69,7 +69,7 @@ struct UpdateSessionTest : testing::Test {
     }
     void make(const RelaunchOrder& order = {}) {
         bundle = std::make_unique<FolderBundle>(copy + "/share/tamsel", copy + "/bin");
-        requests = std::make_unique<SecureRequests>(*bundle);
+        requests = std::make_unique<SecureRequests>(*bundle, queue);
         using std::chrono::milliseconds;
         const UpdatePatience patience{milliseconds(400), milliseconds(400), milliseconds(5000)};
         updater = FeedUpdaterMaker({*bundle, queue, background, defaults, application, *requests,
