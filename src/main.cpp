@@ -8,7 +8,6 @@
 #include "daemon/daemon_event_hub.h"
 #include "daemon/daemon_mgr.h"
 #include "daemon/daemon_xpc_client.h"
-#include "protocol/socket_path.h"
 #include "devices/device_mgr_vm.h"
 #include "driver/system_extension_mgr.h"
 #include "editors/combo_vm.h"
@@ -18,31 +17,33 @@
 #include "keytools/key_viewer_vm.h"
 #include "keytools/keyboard_shortcut_handler.h"
 #include "log/logger.h"
-#include "platform/linux/process/child_process_runner.h"
 #include "platform/linux/daemon/dbus_daemon_connection.h"
 #include "platform/linux/desktop/desktop_workspace.h"
-#include "platform/linux/store/folder_bundle.h"
-#include "platform/linux/net/https_client.h"
-#include "platform/linux/store/journal_system_log.h"
-#include "platform/linux/driver/linux_machine.h"
-#include "platform/linux/services/linux_service_management.h"
-#include "platform/linux/updater/packaged_updater.h"
 #include "platform/linux/desktop/qt_application.h"
-#include "platform/linux/keys/qt_local_events.h"
-#include "platform/linux/process/qt_main_queue.h"
 #include "platform/linux/desktop/qt_pasteboard.h"
-#include "platform/linux/process/real_clock.h"
-#include "platform/linux/net/secure_requests.h"
 #include "platform/linux/desktop/session_end_announcer.h"
 #include "platform/linux/desktop/single_instance.h"
-#include "platform/linux/store/sqlite_user_defaults.h"
-#include "platform/linux/process/termination_signals.h"
-#include "platform/linux/process/thread_background_queue.h"
-#include "platform/linux/tray/tray_status_bar.h"
+#include "platform/linux/driver/linux_machine.h"
 #include "platform/linux/driver/uinput_driver.h"
 #include "platform/linux/driver/unmanaged_driver.h"
+#include "platform/linux/keys/qt_local_events.h"
+#include "platform/linux/net/https_client.h"
+#include "platform/linux/net/secure_requests.h"
+#include "platform/linux/process/child_process_runner.h"
+#include "platform/linux/process/qt_main_queue.h"
+#include "platform/linux/process/real_clock.h"
+#include "platform/linux/process/termination_signals.h"
+#include "platform/linux/process/thread_background_queue.h"
+#include "platform/linux/services/linux_service_management.h"
+#include "platform/linux/store/folder_bundle.h"
+#include "platform/linux/store/journal_system_log.h"
+#include "platform/linux/store/sqlite_user_defaults.h"
+#include "platform/linux/tray/tray_status_bar.h"
 #include "platform/linux/updater/feed_updater.h"
+#include "platform/linux/updater/packaged_updater.h"
+#include "platform/linux/updater/program_start.h"
 #include "platform/notification_center.h"
+#include "protocol/socket_path.h"
 #include "ui/main_vm.h"
 #include "ui/main_window.h"
 #include "update/update_mgr.h"
@@ -54,6 +55,10 @@
 #include <cstdio>
 
 namespace {
+
+/// On the main thread, whoever calls, and once.
+constexpr auto once =
+    static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection);
 
 int cantStart(const std::string& reason) {
     std::fprintf(stderr, "tamsel: %s\n", reason.c_str());
@@ -97,6 +102,8 @@ std::unique_ptr<tamsel::UpdaterMaker> makeUpdaters(const tamsel::UpdateParts& pa
 // The composition root: the platform, the managers in the order of their dependencies, the window.
 // Everything ends in reverse.
 int main(int argc, char** argv) {
+    // Before anything is opened.
+    tamsel::ProgramStart start(argc, argv);
     std::signal(SIGPIPE, SIG_IGN);
     tamsel::TerminationSignals::block();
 
@@ -104,8 +111,7 @@ int main(int argc, char** argv) {
     QGuiApplication::setApplicationName(QStringLiteral("tamsel"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Tamsel"));
     QGuiApplication::setDesktopFileName(QStringLiteral("app.tamsel"));
-    QStringList arguments = QCoreApplication::arguments();
-    auto relaunch = tamsel::RelaunchOrder::takeFrom(arguments);
+    const QStringList arguments = QCoreApplication::arguments();
     const tamsel::TerminationSignals signalled([] { tamsel::QtApplication::terminateNow(); });
 
     const auto urls = tamsel::SingleInstance::urlsOf(arguments.mid(1));
@@ -165,7 +171,7 @@ int main(int argc, char** argv) {
     tamsel::SecureRequests requests(bundle, queue);
     const auto updaters = makeUpdaters({bundle, queue, background, **defaults, qtApplication,
                                         requests, QCoreApplication::applicationDirPath()},
-                                       relaunch);
+                                       start.order());
     tamsel::Quorel quorel({*updaters, bundle, queue, clock, updateLog, updateDriverLog});
     tamsel::UpdateMgr updateMgr(quorel, **defaults, queue, clock, logger);
     tamsel::PermissionMgr permission(daemonMgr);
@@ -206,9 +212,13 @@ int main(int argc, char** argv) {
                      &tamsel::QtApplication::openedAgain);
     QObject::connect(&instance, &tamsel::SingleInstance::quitRequested, &qtApplication,
                      &tamsel::QtApplication::terminate);
-    // A version that comes this far can be left in place.
-    queue.async(&delegate, [&relaunch, &bundle] {
-        relaunch.report(bundle.infoString(QStringLiteral("CFBundleVersion")).value_or(QString()));
-    });
+    start.expect(background,
+                 bundle.infoString(QStringLiteral("CFBundleVersion")).value_or(QString()));
+    QObject::connect(
+        window.window(), &QQuickWindow::frameSwapped, &delegate, [&start] { start.frameShown(); },
+        once);
+    QObject::connect(
+        &daemon, &tamsel::DaemonXPCClient::connectionMade, &delegate,
+        [&start] { start.daemonCalled(); }, once);
     return qtApplication.run(delegate, urls);
 }

@@ -1,7 +1,7 @@
 #include "daemon/daemon_xpc_client.h"
 
-#include "config/default_config.h"
 #include "coding/cfg_coding.h"
+#include "config/default_config.h"
 #include "config/storage_mgr.h"
 #include "log/logger.h"
 
@@ -55,6 +55,7 @@ void DaemonXPCClient::connect() {
     m_services.logger.info(QStringLiteral("[DaemonXPC] 已連接到 Daemon"));
     if (m_keyViewerOnEvent)
         resubscribe();
+    Q_EMIT connectionMade();
     if (replacesReconnect)
         Q_EMIT reconnectReplaced();
 }

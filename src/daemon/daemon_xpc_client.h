@@ -1,9 +1,9 @@
 #pragma once
 
-#include "records/records.h"
 #include "daemon/key_viewer_callback_handler.h"
 #include "platform/daemon_connection.h"
 #include "platform/main_queue.h"
+#include "records/records.h"
 
 #include <QObject>
 
@@ -61,6 +61,8 @@ public:
     void fetchSeenDevices(SeenDevicesHandler completion);
 
 signals:
+    /// A connection was asked for and made; whether anybody answers on it is not known yet.
+    void connectionMade();
     /// The daemon has answered a configuration.
     void configAnswered(bool accepted);
     /// A connection is gone (lost or closed).

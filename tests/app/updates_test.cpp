@@ -188,6 +188,22 @@ TEST_F(UpdatesTest, FromAFindToTheInstallation) {
     EXPECT_FALSE(isAllowed);
 }
 
+TEST_F(UpdatesTest, AFailedUpdateIsToldUntilItIsRead) {
+    static_cast<void>(defaults.setString("did not start", failedUpdateKey));
+    {
+        UpdateMgr manager(*quorel, defaults, queue, clock, logger);
+        quorel->checkInBackground();
+        updater.delegate->didNotFindUpdate();
+        EXPECT_EQ(manager.failedUpdate(), "did not start");
+    }
+    UpdateMgr later(*quorel, defaults, queue, clock, logger);
+    EXPECT_EQ(later.failedUpdate(), "did not start");
+    later.failedUpdateRead();
+    EXPECT_EQ(later.failedUpdate(), "");
+    UpdateMgr afterThat(*quorel, defaults, queue, clock, logger);
+    EXPECT_EQ(afterThat.failedUpdate(), "");
+}
+
 TEST_F(UpdatesTest, TheManagerMirrorsAndChecksEveryFourHours) {
     takeLog();
     const auto make = [&] {

@@ -1,7 +1,9 @@
 #include "platform/linux/updater/feed_updater.h"
 
+#include "copies/copy_start.h"
 #include "platform/background_queue.h"
 #include "platform/bundle.h"
+#include "platform/user_defaults.h"
 #include "platform/linux/updater/archive_signature.h"
 #include "platform/linux/updater/update_texts.h"
 
@@ -31,6 +33,8 @@ public:
 private:
     void check(UpdateSession::AskedBy askedBy);
     void sessionEnded();
+    /// What has to outlive this process, should nobody read it now.
+    void rememberRelaunch();
     void tellOfRelaunch();
     /// An error that has no session.
     void refuse(const UpdaterError& error);
@@ -45,6 +49,7 @@ private:
 };
 
 Result<void> FeedUpdater::startUpdater() {
+    rememberRelaunch();
     m_parts.queue.async(this, [this] { tellOfRelaunch(); });
     const auto key = m_parts.bundle.infoString(QStringLiteral("QLPublicKey"));
     if (!key || !archive_signature::isPublicKey(*key)) {
@@ -53,7 +58,9 @@ Result<void> FeedUpdater::startUpdater() {
         return fail(reason);
     }
     if (const auto copy = InstalledCopy::find(m_parts.programFolder, m_parts.bundle))
-        m_parts.background.run([copy = *copy] { copy.clearLeftovers(); });
+        m_parts.background.run([folder = QFile::encodeName(copy->folder()).toStdString()] {
+            CopyStart::clearLeftovers(folder);
+        });
     return {};
 }
 
@@ -75,13 +82,22 @@ void FeedUpdater::sessionEnded() {
         m_session.release()->deleteLater();
 }
 
+void FeedUpdater::rememberRelaunch() {
+    if (m_order.failedVersion.isEmpty() && !m_order.reportTo)
+        return;
+    QString toTell;
+    if (!m_order.failedVersion.isEmpty()) {
+        UpdateSession::skip(m_order.failedVersion, m_parts.defaults);
+        toTell = update_texts::didNotStart(m_order.failedVersion).localizedDescription;
+    }
+    static_cast<void>(m_parts.defaults.setString(toTell, failedUpdateKey));
+}
+
 void FeedUpdater::tellOfRelaunch() {
     if (m_order.reportTo)
         m_driver.showUpdateInstalledAndRelaunched([] {});
-    if (m_order.failedVersion.isEmpty())
-        return;
-    UpdateSession::skip(m_order.failedVersion, m_parts.defaults);
-    refuse(update_texts::didNotStart(m_order.failedVersion));
+    if (!m_order.failedVersion.isEmpty())
+        refuse(update_texts::didNotStart(m_order.failedVersion));
 }
 
 void FeedUpdater::refuse(const UpdaterError& error) {

@@ -1,19 +1,16 @@
 #include "platform/linux/updater/installed_copy.h"
 
+#include "copies/exchange.h"
 #include "platform/linux/store/folder_bundle.h"
 
 #include <QDir>
 #include <QFileInfo>
 
 #include <array>
-#include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
-#include <utility>
 
 namespace tamsel {
 
@@ -45,26 +42,6 @@ QStringList entriesOf(const QString& folder) {
                                   QDir::NoDotAndDotDot);
 }
 
-std::string reason(int error) {
-    return std::generic_category().message(error);
-}
-
-/// "/home/me/.tamsel.update-" for the copy /home/me/tamsel.
-QString stagingPrefix(const QString& copy) {
-    const QFileInfo info(copy);
-    return QStringLiteral("%1/.%2.update-").arg(info.absolutePath(), info.fileName());
-}
-
-int lockFolder(const QString& folder, int how) {
-    const int fd =
-        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd >= 0 && ::flock(fd, how | LOCK_NB) != 0) {
-        ::close(fd);
-        return -1;
-    }
-    return fd;
-}
-
 bool canExchangeIn(const QString& folder) {
     const QByteArray one = QFile::encodeName(folder + QStringLiteral("/one"));
     const QByteArray other = QFile::encodeName(folder + QStringLiteral("/other"));
@@ -86,35 +63,27 @@ bool isOnOneFileSystem(const QString& one, const QString& other) {
 
 } // namespace
 
-Result<Staging> Staging::makeBeside(const QString& copy) {
-    QByteArray name = QFile::encodeName(stagingPrefix(copy)) + "XXXXXX";
-    if (!::mkdtemp(name.data()))
-        return fail(reason(errno), QFileInfo(copy).absolutePath().toStdString());
-    const QString folder = QFile::decodeName(name);
-    Staging staging(folder, lockFolder(folder, LOCK_SH));
-    if (!isOnOneFileSystem(copy, folder) || !canExchangeIn(folder))
+Result<std::shared_ptr<Staging>> Staging::makeBeside(const QString& copy) {
+    auto folder = OwnFolder::make(stagingPrefix(QFile::encodeName(copy).toStdString()));
+    if (!folder)
+        return tl::unexpected(folder.error());
+    auto staging = std::make_shared<Staging>(std::move(*folder));
+    if (!isOnOneFileSystem(copy, staging->folder()) || !canExchangeIn(staging->folder()))
         return fail("its file system can't exchange folders", copy.toStdString());
     return staging;
 }
 
-Staging::Staging(Staging&& other) noexcept
-    : m_folder(std::exchange(other.m_folder, {})), m_lock(std::exchange(other.m_lock, -1)) {}
-
-Staging& Staging::operator=(Staging&& other) noexcept {
-    std::swap(m_folder, other.m_folder);
-    std::swap(m_lock, other.m_lock);
-    return *this;
-}
-
 Staging::~Staging() {
-    if (!m_folder.isEmpty())
-        QDir(m_folder).removeRecursively();
-    if (m_lock >= 0)
-        ::close(m_lock);
+    if (!m_isHandedOver)
+        static_cast<void>(m_folder.remove());
 }
 
-void Staging::handOver() {
-    m_folder.clear();
+QString Staging::folder() const {
+    return QFile::decodeName(QByteArray::fromStdString(m_folder.path()));
+}
+
+QString Staging::tree() const {
+    return QFile::decodeName(QByteArray::fromStdString(unpackedIn(m_folder)));
 }
 
 Result<InstalledCopy> InstalledCopy::find(const QString& programFolder, const Bundle& bundle) {
@@ -139,19 +108,13 @@ QString InstalledCopy::relauncher() const {
     return m_folder + QStringLiteral("/libexec/tamsel/tamsel-relauncher");
 }
 
-void InstalledCopy::clearLeftovers() const {
-    const QFileInfo prefix(stagingPrefix(m_folder));
-    const QStringList names =
-        QDir(prefix.absolutePath())
-            .entryList({prefix.fileName() + u'*'}, QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
-    for (const QString& name : names) {
-        const QString folder = prefix.absolutePath() + u'/' + name;
-        const int lock = lockFolder(folder, LOCK_EX);
-        if (lock < 0)
-            continue;
-        QDir(folder).removeRecursively();
-        ::close(lock);
-    }
+Result<void> InstalledCopy::keepIdentity(const Staging& staging, const Bundle& bundle) const {
+    const auto kept = rememberCopy(staging.own(), QFile::encodeName(m_folder).toStdString());
+    if (!kept)
+        return kept;
+    if (versionOf(m_folder) != bundle.infoString(QStringLiteral("CFBundleVersion")))
+        return fail("it is another version by now", m_folder.toStdString());
+    return find(m_folder + QStringLiteral("/bin"), bundle).map([](const InstalledCopy&) {});
 }
 
 Result<QString> InstalledCopy::findIn(const QString& tree) {

@@ -1,35 +1,38 @@
 #pragma once
 
-#include "base/error.h"
+#include "base/own_folder.h"
 
 #include <QString>
+
+#include <memory>
 
 namespace tamsel {
 
 class Bundle;
 
 /// A folder of our own beside a copy, on its file system and closed to others, where the next
-/// version is made ready. It goes with this object unless it was handed over.
+/// version is made ready. It goes with this object, on its last holder's thread, unless it was
+/// handed over.
 class Staging final {
 public:
     /// Fails when the folder can't be made or the file system can't exchange two folders.
-    static Result<Staging> makeBeside(const QString& copy);
-    Staging(Staging&& other) noexcept;
-    Staging& operator=(Staging&& other) noexcept;
+    static Result<std::shared_ptr<Staging>> makeBeside(const QString& copy);
+    explicit Staging(OwnFolder folder) : m_folder(std::move(folder)) {}
+    Staging(const Staging&) = delete;
+    Staging& operator=(const Staging&) = delete;
     ~Staging();
 
-    const QString& folder() const { return m_folder; }
-    QString archive() const { return m_folder + QStringLiteral("/archive"); }
+    const OwnFolder& own() const { return m_folder; }
+    QString folder() const;
+    QString archive() const { return folder() + QStringLiteral("/archive"); }
     /// Where the archive is unpacked.
-    QString tree() const { return m_folder + QStringLiteral("/new"); }
+    QString tree() const;
     /// Somebody else looks after the folder now.
-    void handOver();
+    void handOver() { m_isHandedOver = true; }
 
 private:
-    Staging(QString folder, int lock) : m_folder(std::move(folder)), m_lock(lock) {}
-
-    QString m_folder;
-    int m_lock = -1; ///< as long as it is held nobody takes the folder for a leftover
+    OwnFolder m_folder;
+    bool m_isHandedOver = false;
 };
 
 /// A copy of the application that is a folder of its own, with `bin`, `libexec` and `share`, and
@@ -42,8 +45,9 @@ public:
 
     const QString& folder() const { return m_folder; }
     QString relauncher() const;
-    /// What an update that was cut short has left beside the copy.
-    void clearLeftovers() const;
+    /// Lets the relauncher find out whether the copy is still the one that runs, with this bundle.
+    /// Fails when it is not, or when there is something in it by now that would be lost.
+    Result<void> keepIdentity(const Staging& staging, const Bundle& bundle) const;
     /// The folder of a copy in an unpacked archive: the only one at its top, with a program and a
     /// bundle.
     static Result<QString> findIn(const QString& tree);

@@ -178,8 +178,10 @@ void UpdateSession::unpack() {
     m_driver.showDownloadDidStartExtractingUpdate();
     const QString publicKey =
         m_parts.bundle.infoString(QStringLiteral("QLPublicKey")).value_or(QString());
-    const auto work = [archive = m_staging->archive(), tree = m_staging->tree(), entry = m_entry,
-                       publicKey, giveUp = m_giveUp]() -> Unpacked {
+    const auto work = [staging = m_staging, entry = m_entry, publicKey,
+                       giveUp = m_giveUp]() -> Unpacked {
+        const QString archive = staging->archive();
+        const QString tree = staging->tree();
         if (!archive_signature::verify(archive, entry.edSignature, publicKey))
             return {{}, update_texts::wrongSignature()};
         QDir().mkpath(tree);
@@ -217,6 +219,10 @@ void UpdateSession::answeredInstall(SPUUserUpdateChoice choice) {
 
 void UpdateSession::install() {
     m_driver.showInstallingUpdate();
+    if (const auto kept = m_copy->keepIdentity(*m_staging, m_parts.bundle); !kept) {
+        failed(update_texts::copyNotReplaceable(words(kept.error())));
+        return;
+    }
     const RelaunchPlan plan{m_copy->relauncher(), m_copy->folder(), m_tree, m_staging->folder(),
                             m_entry.version};
     if (const auto started = startRelauncher(plan); !started) {
@@ -266,7 +272,8 @@ void UpdateSession::cancelled() {
 
 void UpdateSession::finish(const std::optional<UpdaterError>& error) {
     m_fetch.reset();
-    m_staging.reset();
+    // Thousands of files take longer to go than a frame.
+    m_parts.background.run([staging = std::exchange(m_staging, nullptr)] {});
     m_driver.dismissUpdateInstallation();
     if (error)
         m_delegate.didAbortWithError(*error);

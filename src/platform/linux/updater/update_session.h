@@ -88,7 +88,7 @@ private:
     AppcastEntry m_entry;
     bool m_isShown = false; ///< the user knows of an update
     std::optional<InstalledCopy> m_copy;
-    std::optional<Staging> m_staging;
+    std::shared_ptr<Staging> m_staging; ///< the work in the background holds it, too
     QFile m_archive;
     std::uint64_t m_received = 0;
     QString m_tree;
