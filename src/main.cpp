@@ -169,7 +169,7 @@ int main(int argc, char** argv) {
     tamsel::JournalSystemLog updateLog("org.maren.quorel", "Quorel", LogTimes::added);
     tamsel::JournalSystemLog updateDriverLog("org.maren.quorel", "UserDriver", LogTimes::added);
     tamsel::SecureRequests requests(bundle, queue);
-    const auto updaters = makeUpdaters({bundle, queue, background, **defaults, qtApplication,
+    const auto updaters = makeUpdaters({bundle, queue, clock, background, **defaults, qtApplication,
                                         requests, QCoreApplication::applicationDirPath()},
                                        start.order());
     tamsel::Quorel quorel({*updaters, bundle, queue, clock, updateLog, updateDriverLog});

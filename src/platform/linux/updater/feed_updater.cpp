@@ -3,9 +3,10 @@
 #include "copies/copy_start.h"
 #include "platform/background_queue.h"
 #include "platform/bundle.h"
-#include "platform/user_defaults.h"
-#include "platform/linux/updater/archive_signature.h"
 #include "platform/linux/updater/update_texts.h"
+#include "platform/user_defaults.h"
+
+#include <QFileInfo>
 
 #include <utility>
 
@@ -41,6 +42,7 @@ private:
 
     UpdateParts m_parts;
     RelaunchOrder m_order;
+    BundleKeys m_keys;
     SPUUserDriver& m_driver;
     SPUUpdaterDelegate& m_delegate;
     std::optional<UpdaterError> m_startError;
@@ -51,16 +53,16 @@ private:
 Result<void> FeedUpdater::startUpdater() {
     rememberRelaunch();
     m_parts.queue.async(this, [this] { tellOfRelaunch(); });
-    const auto key = m_parts.bundle.infoString(QStringLiteral("QLPublicKey"));
-    if (!key || !archive_signature::isPublicKey(*key)) {
-        const char* reason = key ? "QLPublicKey is not an Ed25519 key" : "QLPublicKey is missing";
-        m_startError = update_texts::notSetUp(QLatin1String(reason));
-        return fail(reason);
+    const QFileInfo folder(m_parts.programFolder + QStringLiteral("/.."));
+    m_parts.background.run([copy = QFile::encodeName(folder.canonicalFilePath()).toStdString()] {
+        CopyStart::clearLeftovers(copy);
+    });
+    const auto keys = BundleKeys::of(m_parts.bundle);
+    if (!keys) {
+        m_startError = update_texts::notSetUp(QString::fromStdString(keys.error().what));
+        return tl::unexpected(keys.error());
     }
-    if (const auto copy = InstalledCopy::find(m_parts.programFolder, m_parts.bundle))
-        m_parts.background.run([folder = QFile::encodeName(copy->folder()).toStdString()] {
-            CopyStart::clearLeftovers(folder);
-        });
+    m_keys = *keys;
     return {};
 }
 
@@ -71,7 +73,7 @@ void FeedUpdater::check(UpdateSession::AskedBy askedBy) {
         refuse(*m_startError);
         return;
     }
-    m_session = std::make_unique<UpdateSession>(m_parts, askedBy, m_driver, m_delegate,
+    m_session = std::make_unique<UpdateSession>(m_parts, m_keys, askedBy, m_driver, m_delegate,
                                                 [this] { sessionEnded(); });
     m_session->start();
 }

@@ -4,9 +4,11 @@
 #include "platform/linux/store/folder_bundle.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
+#include <QSet>
 
-#include <array>
+#include <algorithm>
 #include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -19,28 +21,11 @@ namespace {
 const QString infoFile = QStringLiteral("/share/tamsel/Info.plist");
 const QString program = QStringLiteral("/bin/tamsel");
 
-/// What may stand in a copy's folder; "" is its top.
-struct Contents {
-    const char* folder = "";
-    QStringList names;
-};
+const QString contentsFile = QStringLiteral("share/tamsel/contents");
+constexpr qint64 maxContents = qint64{4} * 1024 * 1024;
 
-const std::array<Contents, 4>& ownContents() {
-    static const std::array<Contents, 4> contents{{
-        {"", {QStringLiteral("bin"), QStringLiteral("libexec"), QStringLiteral("share")}},
-        {"bin", {QStringLiteral("tamsel")}},
-        {"libexec", {QStringLiteral("tamsel")}},
-        {"share",
-         {QStringLiteral("tamsel"), QStringLiteral("applications"), QStringLiteral("icons"),
-          QStringLiteral("metainfo"), QStringLiteral("polkit-1")}},
-    }};
-    return contents;
-}
-
-QStringList entriesOf(const QString& folder) {
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
-                                  QDir::NoDotAndDotDot);
-}
+constexpr QDir::Filters anything =
+    QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
 
 bool canExchangeIn(const QString& folder) {
     const QByteArray one = QFile::encodeName(folder + QStringLiteral("/one"));
@@ -95,13 +80,36 @@ Result<InstalledCopy> InstalledCopy::find(const QString& programFolder, const Bu
                          QFileInfo(copy.relauncher()).isExecutable();
     if (!isWhole)
         return fail("is not a copy in a folder of its own", folder.toStdString());
-    for (const auto& [name, names] : ownContents()) {
-        for (const QString& entry : entriesOf(folder + u'/' + QLatin1String(name))) {
-            if (!names.contains(entry))
-                return fail("the folder also holds " + entry.toStdString(), folder.toStdString());
-        }
+    return checkContents(folder).map([&copy] { return copy; });
+}
+
+QByteArray InstalledCopy::listContents(const QString& folder) {
+    QByteArrayList paths;
+    QDirIterator all(folder, anything, QDirIterator::Subdirectories);
+    while (all.hasNext()) {
+        const QString path = all.next().mid(folder.size() + 1);
+        const QFileInfo info = all.fileInfo();
+        if ((!info.isDir() || info.isSymLink()) && path != contentsFile)
+            paths << QFile::encodeName(path);
     }
-    return copy;
+    std::sort(paths.begin(), paths.end());
+    return paths.join('\n') + '\n';
+}
+
+Result<void> InstalledCopy::checkContents(const QString& folder) {
+    QFile file(folder + u'/' + contentsFile);
+    if (!file.open(QFile::ReadOnly) || file.size() > maxContents)
+        return fail("does not list what belongs to it", folder.toStdString());
+    const QByteArrayList owned = file.readAll().trimmed().split('\n');
+    const QSet<QByteArray> own(owned.begin(), owned.end());
+    const QByteArrayList there = listContents(folder).chopped(1).split('\n');
+    for (const QByteArray& path : there) {
+        if (!own.contains(path))
+            return fail("the folder also holds " + path.toStdString(), folder.toStdString());
+    }
+    if (there.size() != own.size())
+        return fail("the copy is not whole", folder.toStdString());
+    return {};
 }
 
 QString InstalledCopy::relauncher() const {
@@ -118,11 +126,18 @@ Result<void> InstalledCopy::keepIdentity(const Staging& staging, const Bundle& b
 }
 
 Result<QString> InstalledCopy::findIn(const QString& tree) {
-    const QStringList names = entriesOf(tree);
+    const QStringList names = QDir(tree).entryList(anything);
     const QString folder = tree + u'/' + names.value(0);
     if (names.size() != 1 || !QFileInfo(folder + infoFile).isFile() ||
         !QFileInfo(folder + program).isExecutable())
         return fail("holds no copy of Tamsel");
+    if (!QFileInfo(InstalledCopy(folder).relauncher()).isExecutable())
+        return fail("its copy could not be replaced: it has no relauncher");
+    // What else an installation has is the system's: units, and folders that others share.
+    const QStringList own{QStringLiteral("bin"), QStringLiteral("libexec"),
+                          QStringLiteral("share")};
+    if (QDir(folder).entryList(anything, QDir::Name) != own)
+        return fail("its copy has folders of the system's");
     return folder;
 }
 

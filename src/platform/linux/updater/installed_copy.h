@@ -48,8 +48,13 @@ public:
     /// Lets the relauncher find out whether the copy is still the one that runs, with this bundle.
     /// Fails when it is not, or when there is something in it by now that would be lost.
     Result<void> keepIdentity(const Staging& staging, const Bundle& bundle) const;
-    /// The folder of a copy in an unpacked archive: the only one at its top, with a program and a
-    /// bundle.
+    /// Every file in the copy, however deep, is one that the copy lists as its own, and all of
+    /// those are there. Anything else is the user's, and would be lost.
+    static Result<void> checkContents(const QString& folder);
+    /// That list, as the maker puts it into `share/tamsel/contents`: a path a line.
+    static QByteArray listContents(const QString& folder);
+    /// The folder of a copy in an unpacked archive: the only one at its top, with a program, a
+    /// relauncher and a bundle, and without folders of the system's.
     static Result<QString> findIn(const QString& tree);
     /// Of the copy in a folder; empty when it has none.
     static QString versionOf(const QString& folder);
