@@ -201,6 +201,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
         parts = self.path.split("/")[1:]
         if self.server.faults and "ba5e" in parts:
             self.hang_up()
+        elif self.server.faults and len(parts) == 3 and parts[1] in MOVED:
+            self.answer(int(parts[1]), b"", ("Location", f"/ticket/{MOVED[parts[1]]}/comment"))
         elif parts == ["ticket"] and self.is_ticket(body):
             self.answer(200, {"_res": "ok", "message": "ticket filed",
                               "uuid": self.server.tickets.file_ticket(body)})
@@ -247,11 +249,18 @@ class Handler(http.server.BaseHTTPRequestHandler):
     def hang_up(self):
         self.close_connection = True
 
+    def endless_header(self):
+        with contextlib.suppress(OSError):
+            self.wfile.write(b"HTTP/1.1 200 OK\r\n")
+            while True:
+                self.wfile.write(b"X-More: " + b"x" * 1000 + b"\r\n")
+
     def interim(self):
         self.wfile.write(b"HTTP/1.1 199 Odd\r\nContent-Length: 2\r\n\r\n{}")
         self.close_connection = True
 
 
+MOVED = {"308": "307", "307": "0"}
 ERROR = {"_res": "err", "code": "E_BROKEN"}
 FAULTS = {
     "199": Handler.interim,
@@ -260,6 +269,9 @@ FAULTS = {
     "500": lambda self: self.answer(500, b"<html>"),
     "500e": lambda self: self.answer(500, ERROR),
     "500f": lambda self: self.answer(500, {**ERROR, "_res": "fail"}),
+    "ead5": Handler.endless_header,
+    "ead1": lambda self: self.wfile.write(b"HTTP/1.1 200 OK\r\nX: " + b"x" * 10_000_000),
+    "401f": lambda self: self.answer(401, {**ERROR, "code": "\n" + "E" * 100_000}),
     "401e": lambda self: self.answer(401, ERROR),
     "feed": lambda self: self.answer(200, {"_res": "ok"}),
     "bad": lambda self: self.answer(200, b"no JSON"),

@@ -1,11 +1,11 @@
-#include "relauncher/copies.h"
+#include "copies/exchange.h"
+#include "copies/trial.h"
 #include "relauncher/started_copy.h"
 
 #include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <span>
 #include <unistd.h>
 
@@ -37,14 +37,24 @@ int giveUp(const Order& order, const std::string& reason) {
     return EXIT_FAILURE;
 }
 
-int replace(const Order& order) {
-    if (const auto done = tamsel::exchange(order.copy, order.tree); !done)
+int replace(const Order& order, const tamsel::OwnFolder& staging) {
+    if (!tamsel::isAsRemembered(staging, order.copy)) {
+        std::fputs("tamsel-relauncher: the copy is another one by now\n", stderr);
+        tamsel::StartedCopy::asUsual(order.copy);
+        return EXIT_FAILURE;
+    }
+    auto done = tamsel::noteTrial(staging, order.tree, order.version);
+    if (done)
+        done = tamsel::exchangeCopies(order.copy, order.tree);
+    if (!done)
         return giveUp(order, done.error().description());
+    // Noted first: should this process end here, the next start knows that there was one.
+    static_cast<void>(tamsel::beginTrial(staging));
     const auto started = tamsel::StartedCopy::toReport(order.copy);
     if (started.reports(order.version, order.patience))
         return EXIT_SUCCESS;
     started.end();
-    if (const auto back = tamsel::exchange(order.copy, order.tree); !back)
+    if (const auto back = tamsel::exchangeCopies(order.copy, order.tree); !back)
         return giveUp(order, back.error().description());
     return giveUp(order, "version " + order.version + " did not start; the one before it is back");
 }
@@ -60,11 +70,12 @@ int main(int argc, char** argv) {
     Order order{words[1], words[2], words[3], words[4]};
     if (words.size() > 5)
         order.patience = std::chrono::seconds(std::strtol(words[5], nullptr, 10));
-    const auto lock = tamsel::lockFolder(order.staging);
+    const auto staging = tamsel::OwnFolder::open(order.staging, tamsel::OwnFolder::Lock::shared);
     waitForTheApplication();
-    const int status = replace(order);
+    if (!staging)
+        return giveUp(order, staging.error().description());
+    const int status = replace(order, *staging);
     // With the copy that is not in place, whichever it is.
-    std::error_code ignored;
-    std::filesystem::remove_all(order.staging, ignored);
+    static_cast<void>(staging->remove());
     return status;
 }

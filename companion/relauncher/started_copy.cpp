@@ -53,6 +53,10 @@ void StartedCopy::afterFailureOf(const std::string& version, const std::string& 
     start(folder, {"--update-failed", version});
 }
 
+void StartedCopy::asUsual(const std::string& folder) {
+    start({programOf(folder)}, -1);
+}
+
 bool StartedCopy::reports(const std::string& version, std::chrono::milliseconds patience) const {
     const auto until = Clock::now() + patience;
     std::string line;

@@ -15,6 +15,8 @@ public:
     static StartedCopy toReport(const std::string& folder);
     /// The copy in `folder`, to tell that `version` did not start; nobody waits for it.
     static void afterFailureOf(const std::string& version, const std::string& folder);
+    /// The copy in `folder` with nothing to tell it.
+    static void asUsual(const std::string& folder);
 
     /// It reports this version in time. One that can't be started, ends or says something else
     /// does not.

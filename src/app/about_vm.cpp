@@ -73,6 +73,12 @@ UpdateStatus AboutVM::updateStatus() const {
     return m_services.updateMgr.checkStatus();
 }
 
+QString AboutVM::updatedBy() const {
+    return m_services.bundle.infoString(QStringLiteral("QLFeedURL"))
+               ? QString()
+               : tr("This copy is updated by your system's package manager.");
+}
+
 bool AboutVM::disableAutoCheck() const {
     return m_services.updateMgr.disableAutoCheck();
 }

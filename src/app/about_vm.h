@@ -41,6 +41,7 @@ class AboutVM final : public QObject {
     Q_PROPERTY(QString versionLine READ versionLine CONSTANT)
     Q_PROPERTY(UpdateState updateState READ updateState NOTIFY updateStatusChanged)
     Q_PROPERTY(tamsel::UpdateStatus updateStatus READ updateStatus NOTIFY updateStatusChanged)
+    Q_PROPERTY(QString updatedBy READ updatedBy CONSTANT)
     Q_PROPERTY(bool disableAutoCheck READ disableAutoCheck WRITE setDisableAutoCheck NOTIFY
                    disableAutoCheckChanged)
     Q_PROPERTY(int logCount READ logCount NOTIFY logChanged)
@@ -66,6 +67,8 @@ public:
     QString versionLine() const;
     UpdateStatus updateStatus() const;
     UpdateState updateState() const { return static_cast<UpdateState>(updateStatus().kind); }
+    /// Who updates this copy, in words, when it is not the copy itself; else empty.
+    QString updatedBy() const;
     bool disableAutoCheck() const;
     void setDisableAutoCheck(bool disable);
     int logCount() const;

@@ -93,6 +93,15 @@ StatusCard updateCard() {
             .button = tr("Install & Restart")};
 }
 
+StatusCard failedUpdateCard(const QString& reason) {
+    return {.id = dashboardCard::failedUpdate,
+            .tone = StatusCard::Tone::error,
+            .symbol = warningSymbol,
+            .title = tr("Update Failed"),
+            .text = reason,
+            .button = tr("OK")};
+}
+
 } // namespace
 
 QList<StatusCard> dashboardCards(const DashboardFacts& facts) {
@@ -113,6 +122,8 @@ QList<StatusCard> dashboardCards(const DashboardFacts& facts) {
     }
     if (facts.updateReady)
         cards << updateCard();
+    if (!facts.failedUpdate.isEmpty())
+        cards << failedUpdateCard(facts.failedUpdate);
     const auto first = std::find_if(cards.begin(), cards.end(),
                                     [](const StatusCard& card) { return !card.button.isEmpty(); });
     if (first != cards.end())

@@ -20,6 +20,7 @@ struct DashboardFacts {
     QString statusLine; ///< the daemon's status in words
     bool remappingEnabled = true;
     bool updateReady = false;
+    QString failedUpdate; ///< why; empty: none has failed
 };
 
 /// The ids of the cards.
@@ -31,6 +32,7 @@ inline const QString unresponsive = QStringLiteral("unresponsive");
 inline const QString connection = QStringLiteral("connection");
 inline const QString permission = QStringLiteral("permission");
 inline const QString update = QStringLiteral("update");
+inline const QString failedUpdate = QStringLiteral("failedUpdate");
 } // namespace dashboardCard
 
 /// Every card whose condition holds, in order; the first button is the primary one.

@@ -34,6 +34,7 @@ DashboardVM::DashboardVM(const DashboardServices& services, QObject* parent)
     connect(&services.sysExtMgr, &SystemExtensionMgr::statusChanged, this,
             &DashboardVM::updateCards);
     connect(&services.updateMgr, &UpdateMgr::checkStatusChanged, this, &DashboardVM::updateCards);
+    connect(&services.updateMgr, &UpdateMgr::failedUpdateChanged, this, &DashboardVM::updateCards);
     connect(this, &DashboardVM::statusChanged, this, &DashboardVM::updateCards);
     connect(this, &DashboardVM::settingsChanged, this, &DashboardVM::updateCards);
     updateCards();
@@ -111,6 +112,8 @@ void DashboardVM::act(const QString& cardId) {
     } else if (cardId == dashboardCard::update) {
         m_services.delegate.setFullQuit();
         m_services.quorel.installAndRelaunch();
+    } else if (cardId == dashboardCard::failedUpdate) {
+        m_services.updateMgr.failedUpdateRead();
     }
 }
 
@@ -136,6 +139,7 @@ QList<StatusCard> DashboardVM::currentCards() const {
         .statusLine = statusLine(),
         .remappingEnabled = m_settings.remappingEnabled(),
         .updateReady = m_services.updateMgr.checkStatus().kind == UpdateStatus::readyToInstall,
+        .failedUpdate = m_services.updateMgr.failedUpdate(),
     });
 }
 

@@ -57,6 +57,7 @@ void DaemonXPCClient::connect() {
     m_services.logger.info(QStringLiteral("[DaemonXPC] 已連接到 Daemon"));
     if (m_keyViewerOnEvent)
         resubscribe();
+    Q_EMIT connectionMade();
     if (replacesReconnect)
         Q_EMIT reconnectReplaced();
 }

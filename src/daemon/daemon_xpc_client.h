@@ -64,6 +64,8 @@ public:
     void fetchSeenDevices(SeenDevicesHandler completion);
 
 signals:
+    /// A connection was asked for and made; whether anybody answers on it is not known yet.
+    void connectionMade();
     /// A caller's connect() has taken the place of the pending reconnect, which would have sent
     /// the configuration.
     void reconnectReplaced();

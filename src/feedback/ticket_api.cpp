@@ -20,6 +20,8 @@ const QString appName = QStringLiteral("tamsel");
 
 /// Of a body that can't be read, in the log.
 constexpr qsizetype loggedCharacters = 500;
+/// Of a service's error code.
+constexpr qsizetype loggedCode = 100;
 /// One character can be made of any number of units.
 constexpr qsizetype loggedUnits = 8 * loggedCharacters;
 
@@ -44,7 +46,10 @@ std::optional<QString> decoded(const QByteArray& utf8) {
 
 std::optional<QString> errorCode(const QByteArray& body) {
     const auto response = decodeResponse<ErrorResponse>(body);
-    return response && response->res == u"err" ? std::optional(response->code) : std::nullopt;
+    if (!response || response->res != u"err")
+        return std::nullopt;
+    // It is for the log and for the screen; a code is a word or two.
+    return firstCharacters(shownLine(response->code), loggedCode);
 }
 
 } // namespace

@@ -23,6 +23,10 @@ inline constexpr int updaterNoUpdateCode = 1001;
 /// What a check that got no answer ends with, whoever notices first.
 inline constexpr QStringView updaterCheckTimedOut = u"檢查超時，請稍後再試";
 
+/// The user default that keeps why an update is not in place, from the updater's start until the
+/// user has read it; empty when there is nothing to tell.
+inline const QString failedUpdateKey = QStringLiteral("FailedUpdate");
+
 struct UpdaterError {
     QString domain;
     int code = 0;

@@ -5,7 +5,7 @@
 namespace tamsel {
 
 /// A line's type in the system's log, from the least urgent up.
-enum class SystemLogType { info, standard, error };
+enum class SystemLogType { debug, info, standard, error };
 
 /// A handle of the system's log, made for one subsystem and category. Any thread may call; nothing
 /// fails towards the caller.

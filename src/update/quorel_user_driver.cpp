@@ -59,7 +59,7 @@ void QuorelUserDriver::showUpdateFound(const AppcastItem& item, ChoiceReply repl
 
 void QuorelUserDriver::showUpdateNotFound(const UpdaterError& /*error*/,
                                           const Acknowledgement& acknowledgement) {
-    m_log.write(SystemLogType::info, QStringLiteral("[Quorel] showUpdateNotFoundWithError"));
+    m_log.write(SystemLogType::debug, QStringLiteral("[Quorel] showUpdateNotFoundWithError"));
     report(onUpToDate);
     acknowledgement();
 }

@@ -24,6 +24,8 @@ UpdateMgr::UpdateMgr(Quorel& quorel, UserDefaults& defaults, MainQueue& queue, c
       m_defaults(defaults),
       m_queue(queue),
       m_clock(clock),
+      m_failedUpdate(QString::fromUtf8(
+          defaults.dataForKey(failedUpdateKey).value_or(std::nullopt).value_or(QByteArray()))),
       m_disableAutoCheck(defaults.boolForKey(disableKey).value_or(false)) {
     logger.info(QStringLiteral("[更新] UpdateMgr 初始化（Quorel facade）"));
     connect(&quorel, &Quorel::statusChanged, this, &UpdateMgr::mirrorStatus);
@@ -42,6 +44,12 @@ void UpdateMgr::setDisableAutoCheck(bool disable) {
     else
         startPeriodicCheck();
     Q_EMIT disableAutoCheckChanged();
+}
+
+void UpdateMgr::failedUpdateRead() {
+    m_failedUpdate.clear();
+    static_cast<void>(m_defaults.setString(m_failedUpdate, failedUpdateKey));
+    Q_EMIT failedUpdateChanged();
 }
 
 void UpdateMgr::mirrorStatus() {

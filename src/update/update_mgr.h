@@ -14,6 +14,7 @@ class UpdateMgr final : public QObject {
     Q_OBJECT
     Q_PROPERTY(tamsel::UpdateStatus checkStatus READ checkStatus NOTIFY checkStatusChanged)
     Q_PROPERTY(QString availableVer READ availableVer NOTIFY availableVerChanged)
+    Q_PROPERTY(QString failedUpdate READ failedUpdate NOTIFY failedUpdateChanged)
     Q_PROPERTY(bool disableAutoCheck READ disableAutoCheck WRITE setDisableAutoCheck NOTIFY
                    disableAutoCheckChanged)
 
@@ -29,6 +30,10 @@ public:
     const QString& availableVer() const { return m_availableVer; }
     /// When the last check produced a result.
     std::optional<Quorel::Date> lastUpdateCheckDate() const { return m_lastUpdateCheckDate; }
+    /// Why the last update is not in place, for the user; empty when it is, or when that was read.
+    /// No later check wipes it out.
+    const QString& failedUpdate() const { return m_failedUpdate; }
+    void failedUpdateRead();
     bool disableAutoCheck() const { return m_disableAutoCheck; }
     void setDisableAutoCheck(bool disable);
 
@@ -36,6 +41,7 @@ signals:
     void checkStatusChanged();
     void availableVerChanged();
     void disableAutoCheckChanged();
+    void failedUpdateChanged();
     /// The user should see the button that installs.
     void readyToInstall();
 
@@ -51,6 +57,7 @@ private:
     UpdateStatus m_checkStatus;
     QString m_availableVer;
     std::optional<Quorel::Date> m_lastUpdateCheckDate;
+    QString m_failedUpdate;
     bool m_disableAutoCheck;
     TaskHandle m_autoCheckTimer;
 };

@@ -103,7 +103,7 @@ struct FeedbackWireTest : LogicFixture {
     }
     QtMainQueue realQueue;
     FakeBundle bundle = bundleWith(service().authority());
-    SecureRequests requests{bundle};
+    SecureRequests requests{bundle, realQueue};
     HttpsClient client{requests, realQueue};
     Hasty http{client};
     TicketAPI api{TicketOrigin(service().origin), http, defaults, realQueue, logger};
@@ -181,6 +181,7 @@ TEST_F(FeedbackWireTest, FilesFollowsAndAnswers) {
 }
 
 TEST_F(FeedbackWireTest, FailuresOfEveryKind) {
+    const QByteArray cutCode = "requestFailed(401, ↵" + QByteArray(99, 'E') + ")";
     const std::pair<const char*, const char*> cases[] = {
         {"299", "ok"},
         {"c00", "ok"},
@@ -188,6 +189,9 @@ TEST_F(FeedbackWireTest, FailuresOfEveryKind) {
         {"300", "requestFailed(300, none)"},
         {"404", "requestFailed(404, ticket_not_found)"},
         {"401e", "requestFailed(401, E_BROKEN)"},
+        {"401f", cutCode.constData()},
+        {"ead5", "The header of the answer is too long."},
+        {"ead1", "The header of the answer is too long."},
         {"500", "requestFailed(500, none)"},
         {"500e", "requestFailed(500, E_BROKEN)"},
         {"500f", "requestFailed(500, none)"},
@@ -213,12 +217,22 @@ TEST_F(FeedbackWireTest, FailuresOfEveryKind) {
                              [&](const auto& each) { return each["path"] == path; });
     };
     EXPECT_EQ(asked("/ticket/302c"), 6);
+    EXPECT_EQ(asked("/ticket/ba5e"), 1) << "what got no answer is not asked again";
     // What is posted is not posted again when no answer comes.
     vm->setNewComment("once");
     vm->addComment("ba5e");
     wait([&] { return !vm->isAddingComment(); });
     EXPECT_EQ(vm->errorMsg(), "Add Failed");
     EXPECT_EQ(asked("/ticket/ba5e/comment"), 1);
+    // A redirect that keeps the method takes along what is posted.
+    vm->setNewComment("moved");
+    vm->addComment("308");
+    wait([&] { return !vm->isAddingComment(); });
+    EXPECT_EQ(asked("/ticket/308/comment"), 1);
+    EXPECT_EQ(asked("/ticket/307/comment"), 1);
+    const QJsonObject last = service().requests().last();
+    EXPECT_EQ(last["path"], "/ticket/0/comment");
+    EXPECT_TRUE(last["body"].toString().contains("moved"));
     http.deadline = std::chrono::milliseconds(400);
     EXPECT_EQ(open("d1"), "the time is up");
     EXPECT_EQ(open("deaf"), "the time is up");

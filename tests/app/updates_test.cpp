@@ -90,6 +90,10 @@ TEST_F(UpdatesTest, EachOutcomeOfACheck) {
         EXPECT_EQ(status(), outcome) << "decided is decided, and no time-out comes later";
     }
     EXPECT_EQ(acknowledged, 2);
+    updater.driver->showUpdateNotFound(noUpdate, acknowledge);
+    EXPECT_EQ(driverLog.lines.last(),
+              (FakeSystemLog::Line{SystemLogType::debug, "[Quorel] showUpdateNotFoundWithError"}));
+    takeLines(log);
     EXPECT_EQ(quorel->availableBuildNumber(), "200");
 
     beginCheck();
@@ -178,6 +182,22 @@ TEST_F(UpdatesTest, FromAFindToTheInstallation) {
         isAllowed = response.automaticUpdateChecks || response.sendSystemProfile;
     });
     EXPECT_FALSE(isAllowed);
+}
+
+TEST_F(UpdatesTest, AFailedUpdateIsToldUntilItIsRead) {
+    static_cast<void>(defaults.setString("did not start", failedUpdateKey));
+    {
+        UpdateMgr manager(*quorel, defaults, queue, clock, logger);
+        quorel->checkInBackground();
+        updater.delegate->didNotFindUpdate();
+        EXPECT_EQ(manager.failedUpdate(), "did not start");
+    }
+    UpdateMgr later(*quorel, defaults, queue, clock, logger);
+    EXPECT_EQ(later.failedUpdate(), "did not start");
+    later.failedUpdateRead();
+    EXPECT_EQ(later.failedUpdate(), "");
+    UpdateMgr afterThat(*quorel, defaults, queue, clock, logger);
+    EXPECT_EQ(afterThat.failedUpdate(), "");
 }
 
 TEST_F(UpdatesTest, TheManagerMirrorsAndChecksEveryFourHours) {

@@ -110,8 +110,10 @@ class Feedback(unittest.TestCase):
         self.focused("text", PLACEHOLDER)
         type_text("  The left one ")
         self.picture("reply")
+        wait_until(lambda: self.row("wluk dl 5").endswith(", replied"), "the list to show it")
         self.window.press("push button", "Send")
         self.says("The left one")
+        wait_until(lambda: self.row("wluk dl 5").endswith(", pending"), "the list to show it")
         self.assertEqual([comment["content"] for comment in
                           self.service.tickets.detail(ticket["uuid"])["comments"]],
                          ["Which keyboard?", "The left one"])
@@ -189,6 +191,14 @@ class Feedback(unittest.TestCase):
 
     def test_a_service_that_fails(self):
         self.start()
+        origin, self.service.tickets.listed = self.service.tickets.listed, lambda *_: None
+        self.window.press("push button", "Refresh")
+        self.window.find("label", "Load Failed")
+        self.picture("load failed")
+        self.window.find("label", "No feedback yet")
+        self.service.tickets.listed = origin
+        self.window.press("push button", "Try Again")
+        self.window.gone("label", "Load Failed")
         self.window.press("push button", "New Feedback")
         type_text("kept")
         type_keys("Tab")

@@ -109,6 +109,7 @@ class Updates(unittest.TestCase):
         with open(path, "wb") as file:
             plistlib.dump(info, file)
         shutil.copy(self.authority, f"{folder}/share/tamsel/ca.pem")
+        run(RELEASE, "contents", folder)
 
     def publish(self, program=None):
         """Makes version 2 of this copy, with another program if one is given, and announces it."""
@@ -173,6 +174,7 @@ class Updates(unittest.TestCase):
 
     def test_a_version_that_does_not_start_is_taken_back(self):
         self.publish(program="#!/bin/sh\nexit 1\n")
+        reason = "Version 2 did not start. The version before it is back."
         app, window = self.start()  # looks by itself, and fetches what it finds
         window.find(None, "Ready — admin password required to install", timeout=60)
         focus_window()
@@ -182,10 +184,32 @@ class Updates(unittest.TestCase):
         window = Window(again)
         window.press("page tab", "About")
         window.find("label", "v1.0.0 (Build 1)")
-        wait_until(lambda: "[Quorel] didAbortWithError: Version 2 did not start. "
-                   "The version before it is back." in harness.log_lines(again), "the reason")
+        wait_until(lambda: f"[Quorel] didAbortWithError: {reason}" in harness.log_lines(again),
+                   "the reason")
         wait_until(lambda: self.beside() == ["tamsel"], "the other copy to go")
         window.find(None, "Up to date")  # it is not fetched again unless somebody asks
+        focus_window()
+        type_keys("1")
+        window.find("label", reason)  # told until it is read
+        window.press("push button", "OK")
+        window.gone("label", reason)
+        self.assertEqual(self.sandbox.stored("FailedUpdate"), "")
+
+    def test_a_version_counts_when_it_has_called_its_daemon(self):
+        reader, writer = os.pipe()
+        with open(f"{self.sandbox.folder}/start.err", "wb") as log:
+            app = subprocess.Popen(
+                [f"{self.copy}/bin/tamsel", "--report-to", str(writer)], pass_fds=[writer],
+                env={**self.sandbox.env, "QT_QPA_PLATFORM": "offscreen",
+                     "DBUS_SESSION_BUS_ADDRESS": "disabled:"}, stderr=log)
+        self.addCleanup(app.wait)
+        self.addCleanup(app.kill)
+        os.close(writer)
+        with os.fdopen(reader) as report:
+            self.assertEqual(report.read(), "1\n")
+        app.log = log.name
+        self.assertIn("[DaemonXPC] 已連接到 Daemon", harness.log_lines(app))
+        self.assertIn("[Quorel] 安裝完成", harness.log_lines(app))
 
     def test_keys_tabs_and_errors_of_the_screen(self):
         self.sandbox.put(1, "DisableAutoUpdateCheck")
@@ -206,7 +230,7 @@ class Updates(unittest.TestCase):
         type_keys("u")
         window.find(None, "v2.0.0")
         type_keys("u")
-        window.find(None, "The update is not signed by its maker. It was not installed.")
+        window.find(None, "The update is not the one that was announced.")
         self.assertEqual(self.beside(), ["tamsel"])
         # A field has its letters to itself.
         type_keys("k")

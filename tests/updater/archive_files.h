@@ -18,6 +18,7 @@ struct ArchiveFile {
     QByteArray link = {};
     int mode = 0755;
     qint64 zeros = 0; ///< in place of bytes
+    qint64 holes = 0; ///< the same, written as a hole
 };
 
 inline void writeArchive(const QString& file, const QList<ArchiveFile>& files) {
@@ -30,7 +31,10 @@ inline void writeArchive(const QString& file, const QList<ArchiveFile>& files) {
         archive_entry_set_pathname(entry, from.path.constData());
         archive_entry_set_filetype(entry, from.type);
         archive_entry_set_perm(entry, static_cast<__LA_MODE_T>(from.mode));
-        archive_entry_set_size(entry, from.zeros > 0 ? from.zeros : from.bytes.size());
+        archive_entry_set_size(entry, from.zeros + from.holes > 0 ? from.zeros + from.holes
+                                                                  : from.bytes.size());
+        if (from.holes > 0)
+            archive_entry_sparse_add_entry(entry, from.holes, 0);
         if (from.type == AE_IFLNK)
             archive_entry_set_symlink(entry, from.link.constData());
         else if (!from.link.isEmpty())

@@ -16,6 +16,7 @@ public:
     QString feed;
     SPUUserUpdateChoice download = SPUUserUpdateChoice::install;
     SPUUserUpdateChoice install = SPUUserUpdateChoice::install;
+    std::function<void(const ChoiceReply&)> askedToInstall; ///< in place of `install`
     std::uint64_t expected = 0;
     std::uint64_t received = 0;
 
@@ -59,7 +60,10 @@ public:
     void showDownloadDidStartExtractingUpdate() override { heard << "unpack"; }
     void showReadyToInstallAndRelaunch(ChoiceReply reply) override {
         heard << "ready";
-        reply(install);
+        if (askedToInstall)
+            askedToInstall(reply);
+        else
+            reply(install);
     }
     void showInstallingUpdate() override { heard << "install"; }
     void showUpdateInstalledAndRelaunched(const Acknowledgement& acknowledge) override {

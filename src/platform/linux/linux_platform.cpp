@@ -24,7 +24,7 @@ std::unique_ptr<SystemExtensionService> makeDriver(const Deployment& deployment,
 std::unique_ptr<UpdaterMaker> makeUpdaters(const UpdateParts& parts,
                                            const RelaunchOrder& relaunch) {
     if (!parts.bundle.infoString(QStringLiteral("QLFeedURL")))
-        return std::make_unique<PackagedUpdaterMaker>(parts.queue);
+        return std::make_unique<PackagedUpdaterMaker>();
     return std::make_unique<FeedUpdaterMaker>(parts, relaunch);
 }
 
@@ -49,7 +49,7 @@ LinuxPlatform::LinuxPlatform(QGuiApplication& application, RelaunchOrder relaunc
       m_sessionEnd(application),
       m_services(m_deployment.services(m_bundle, QCoreApplication::applicationFilePath()), m_queue),
       m_driver(makeDriver(m_deployment, m_bundle, m_queue, m_background)),
-      m_updaters(makeUpdaters({m_bundle, m_queue, m_background, *m_defaults, m_application,
+      m_updaters(makeUpdaters({m_bundle, m_queue, m_clock, m_background, *m_defaults, m_application,
                                m_requests, m_deployment.programFolder},
                               m_relaunch)) {
     QGuiApplication::setApplicationVersion(
@@ -94,11 +94,6 @@ int LinuxPlatform::run(ApplicationDelegate& delegate, QWindow& window, SingleIns
                      &QtApplication::openedAgain);
     QObject::connect(&instance, &SingleInstance::quitRequested, &m_application,
                      &QtApplication::terminate);
-    // A version that comes this far can be left in place.
-    m_queue.async(&m_application, [this] {
-        m_relaunch.report(
-            m_bundle.infoString(QStringLiteral("CFBundleVersion")).value_or(QString()));
-    });
     return m_application.run(delegate, urls);
 }
 

@@ -74,7 +74,7 @@ private:
     ThreadBackgroundQueue m_background{[this] { m_processes.stop(); }};
     std::unique_ptr<SystemExtensionService> m_driver;
     LinuxMachine m_machine{m_background, m_queue, m_deployment.driver(m_bundle)};
-    SecureRequests m_requests{m_bundle};
+    SecureRequests m_requests{m_bundle, m_queue};
     std::unique_ptr<UpdaterMaker> m_updaters;
     HttpsClient m_http{m_requests, m_queue};
 };

@@ -1,29 +1,37 @@
 #pragma once
 
-#include <QNetworkReply>
-#include <QNetworkRequest>
-#include <QSslCertificate>
+#include "platform/linux/net/address_scope.h"
+#include "platform/linux/net/curl_loop.h"
 
-#include <memory>
+#include <QByteArray>
+#include <QUrl>
+
+#include <functional>
 
 namespace tamsel {
 
 class Bundle;
 
+/// What names and addresses mean.
+struct Network {
+    using Addresses = std::function<void(const QList<QHostAddress>& addresses)>;
+
+    /// Looks a host's name, or an address as text, up and calls back on a later turn of the main
+    /// loop, unless `context` is gone by then; with nothing when it has no address.
+    std::function<void(const QString& host, QObject* context, Addresses found)> resolve;
+    std::function<AddressScope(const QHostAddress& address)> scopeOf;
+
+    static Network real();
+};
+
 /// How this program asks the network: over https with the machine's authorities, without cookies,
-/// stored credentials, caches, or anything about the user in the headers. Every request stands for
-/// one hop; whoever sends it follows redirects itself, as far as mayFollow() lets it. Main thread.
+/// stored credentials, caches, or anything about the user in the headers. Every HttpHop stands for
+/// one request; whoever sends it follows redirects itself, as far as mayFollow() lets it. Main
+/// thread; outlives the hops.
 class SecureRequests final {
 public:
-    struct GiveUp {
-        void operator()(QNetworkReply* reply) const;
-    };
-    /// Letting go of it gives up what has not ended, and closes the connection. It may be let go of
-    /// from its own signals.
-    using Reply = std::unique_ptr<QNetworkReply, GiveUp>;
-
     /// The bundle's `ca.pem`, if there is one, is an authority for loopback hosts, and only there.
-    explicit SecureRequests(const Bundle& bundle);
+    SecureRequests(const Bundle& bundle, MainQueue& queue, Network network = Network::real());
 
     /// https with a host and without a user's name; plain http on this machine only.
     static bool isAllowed(const QUrl& url);
@@ -31,20 +39,18 @@ public:
     static bool mayFollow(const QUrl& from, const QUrl& to);
     /// Of the same machine as the caller, whatever the network.
     static bool isLoopback(const QUrl& url);
-    /// The cause of a failed reply, in words for the user.
-    static QString reason(QNetworkReply& reply);
+    /// An answer says that what was asked for is elsewhere.
+    static bool isRedirect(int status);
 
-    QNetworkRequest request(const QUrl& url) const;
-    /// Each over a connection of its own: no request ever waits for another. This object outlives
-    /// the replies.
-    Reply get(const QNetworkRequest& request);
-    Reply post(const QNetworkRequest& request, std::unique_ptr<QIODevice> body);
+    /// The file with the authority that vouches for a host besides the machine's; empty: none.
+    QByteArray authorityFor(const QUrl& url) const;
+    const Network& network() const { return m_network; }
+    CurlLoop& loop() { return m_loop; }
 
 private:
-    QNetworkAccessManager& newConnection();
-
-    QObject m_connections; ///< owns them
-    QList<QSslCertificate> m_loopbackAuthorities;
+    Network m_network;
+    CurlLoop m_loop;
+    QByteArray m_loopbackAuthority;
 };
 
 } // namespace tamsel

@@ -19,9 +19,11 @@ int priority(SystemLogType type) {
     case SystemLogType::standard:
         return LOG_NOTICE;
     case SystemLogType::info:
+        return LOG_INFO;
+    case SystemLogType::debug:
         break;
     }
-    return LOG_INFO;
+    return LOG_DEBUG;
 }
 
 /// One line stays one line, and nothing in it can drive a terminal.

@@ -1,13 +1,45 @@
 #include "platform/linux/updater/appcast.h"
 
+#include "platform/linux/updater/xml_shape.h"
+
 #include <QHash>
 #include <QXmlStreamReader>
+
+#include <algorithm>
 
 namespace tamsel {
 
 namespace {
 
 constexpr qsizetype maxItems = 1'000;
+
+/// A version is told by these characters alone; of other texts the first are enough.
+constexpr qsizetype maxVersion = 64;
+constexpr qsizetype maxText = 200;
+constexpr qsizetype digestSize = 32;
+
+bool isVersion(const QString& text) {
+    const auto isAllowed = [](QChar c) {
+        return (c.unicode() < 0x80 && c.isLetterOrNumber()) || QStringView(u".-+_~ ").contains(c);
+    };
+    return text.size() <= maxVersion && std::all_of(text.begin(), text.end(), isAllowed);
+}
+
+/// On one line, without what steers a terminal or a text's direction.
+QString shown(const QString& text) {
+    QString kept;
+    for (const QChar c : text.left(maxText)) {
+        if (c.category() == QChar::Other_Control)
+            kept += u' ';
+        else if (c.category() != QChar::Other_Format)
+            kept += c;
+    }
+    return kept.simplified();
+}
+
+QDateTime dateOf(const QString& text) {
+    return QDateTime::fromString(text, Qt::ISODate).toUTC();
+}
 
 using TextField = QString AppcastEntry::*;
 
@@ -30,17 +62,19 @@ class AppcastReader final {
 public:
     explicit AppcastReader(const QByteArray& xml) : m_xml(xml) {}
 
-    Result<QList<AppcastEntry>> read();
+    Result<Appcast> read();
 
 private:
     /// The next element inside the one that is open, past anything that is not wanted.
     bool nextElement();
     void readChannel();
+    void readOwn(const QString& name);
     AppcastEntry readItem();
     void readEnclosure(AppcastEntry& entry);
+    QString text() { return m_xml.readElementText().trimmed(); }
 
     QXmlStreamReader m_xml;
-    QList<AppcastEntry> m_entries;
+    Appcast m_appcast;
 };
 
 bool AppcastReader::nextElement() {
@@ -60,7 +94,7 @@ bool AppcastReader::nextElement() {
     return false;
 }
 
-Result<QList<AppcastEntry>> AppcastReader::read() {
+Result<Appcast> AppcastReader::read() {
     if (nextElement()) {
         if (m_xml.name() != u"rss")
             m_xml.raiseError(QStringLiteral("is not a feed"));
@@ -77,19 +111,35 @@ Result<QList<AppcastEntry>> AppcastReader::read() {
     if (m_xml.hasError())
         return fail(m_xml.errorString().toStdString(),
                     "line " + std::to_string(m_xml.lineNumber()));
-    return m_entries;
+    return m_appcast;
 }
 
 void AppcastReader::readChannel() {
     while (nextElement()) {
-        if (m_xml.name() != u"item") {
+        const QString name = m_xml.name().toString();
+        if (m_xml.namespaceUri() == ownNamespace) {
+            readOwn(name);
+            continue;
+        }
+        if (name != u"item") {
             m_xml.skipCurrentElement();
             continue;
         }
-        m_entries.append(readItem());
-        if (m_entries.size() > maxItems)
+        m_appcast.entries.append(readItem());
+        if (m_appcast.entries.size() > maxItems)
             m_xml.raiseError(QStringLiteral("has too many items"));
     }
+}
+
+void AppcastReader::readOwn(const QString& name) {
+    if (name == u"sequence")
+        m_appcast.sequence = text().toULongLong();
+    else if (name == u"date")
+        m_appcast.date = dateOf(text());
+    else if (name == u"expires")
+        m_appcast.expires = dateOf(text());
+    else
+        m_xml.skipCurrentElement();
 }
 
 AppcastEntry AppcastReader::readItem() {
@@ -99,16 +149,23 @@ AppcastEntry AppcastReader::readItem() {
         const bool isOwn = m_xml.namespaceUri() == appcastNamespace;
         const TextField field = isOwn ? ownFields().value(name) : nullptr;
         if (field)
-            entry.*field = m_xml.readElementText().trimmed();
+            entry.*field = text();
+        else if (m_xml.namespaceUri() == ownNamespace && name == u"sha256")
+            entry.sha256 = QByteArray::fromHex(text().toLatin1());
         else if (!isOwn && name == u"title")
-            entry.title = m_xml.readElementText().trimmed();
+            entry.title = shown(text());
         else if (!isOwn && name == u"enclosure")
             readEnclosure(entry);
         else
             m_xml.skipCurrentElement();
     }
+    if (!isVersion(entry.version))
+        entry.version.clear();
+    entry.shortVersion = shown(entry.shortVersion).left(maxVersion);
     if (entry.shortVersion.isEmpty())
         entry.shortVersion = entry.version;
+    if (entry.sha256.size() != digestSize)
+        entry.sha256.clear();
     return entry;
 }
 
@@ -129,7 +186,9 @@ void AppcastReader::readEnclosure(AppcastEntry& entry) {
 
 } // namespace
 
-Result<QList<AppcastEntry>> parseAppcast(const QByteArray& xml) {
+Result<Appcast> parseAppcast(const QByteArray& xml) {
+    if (const auto fit = checkXmlShape(xml, {}); !fit)
+        return tl::unexpected(fit.error());
     return AppcastReader(xml).read();
 }
 

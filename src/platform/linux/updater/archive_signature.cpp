@@ -46,6 +46,18 @@ Result<void> withBytes(const QString& path,
     return work(bytes, static_cast<std::size_t>(size));
 }
 
+bool fitsOne(const unsigned char* bytes, std::size_t size, const Signature& signature,
+             const QStringList& publicKeys) {
+    return std::any_of(publicKeys.begin(), publicKeys.end(), [&](const QString& text) {
+        const auto key = decode<PublicKey>(text);
+        return key && crypto_sign_verify_detached(signature.data(), bytes, size, key->data()) == 0;
+    });
+}
+
+const unsigned char* raw(const QByteArray& bytes) {
+    return reinterpret_cast<const unsigned char*>(bytes.constData());
+}
+
 struct Keys {
     PublicKey publicKey;
     SecretKey secretKey;
@@ -63,14 +75,23 @@ bool isPublicKey(const QString& publicKey) {
     return decode<PublicKey>(publicKey).has_value();
 }
 
-Result<void> verify(const QString& file, const QString& signature, const QString& publicKey) {
-    const auto key = decode<PublicKey>(publicKey);
+bool isSignature(const QString& signature) {
+    return decode<Signature>(signature).has_value();
+}
+
+bool fits(const QByteArray& bytes, const QString& signature, const QStringList& publicKeys) {
     const auto signedBy = decode<Signature>(signature);
-    if (!key || !signedBy)
+    return signedBy &&
+           fitsOne(raw(bytes), static_cast<std::size_t>(bytes.size()), *signedBy, publicKeys);
+}
+
+Result<void> verify(const QString& file, const QString& signature, const QStringList& publicKeys) {
+    const auto signedBy = decode<Signature>(signature);
+    if (!signedBy)
         return fail(signature.isEmpty() ? "the signature is missing"
                                         : "the signature is malformed");
     return withBytes(file, [&](const unsigned char* bytes, std::size_t size) -> Result<void> {
-        if (crypto_sign_verify_detached(signedBy->data(), bytes, size, key->data()) != 0)
+        if (!fitsOne(bytes, size, *signedBy, publicKeys))
             return fail("the signature does not fit");
         return {};
     });
@@ -85,17 +106,27 @@ KeyPair makeKeys() {
 }
 
 Result<QString> sign(const QString& file, const QString& secretKey) {
+    QString signature;
+    return withBytes(file,
+                     [&](const unsigned char* bytes, std::size_t size) -> Result<void> {
+                         const auto made =
+                             signBytes(QByteArray::fromRawData(reinterpret_cast<const char*>(bytes),
+                                                               static_cast<qsizetype>(size)),
+                                       secretKey);
+                         signature = made.value_or(QString());
+                         return made ? Result<void>() : tl::unexpected(made.error());
+                     })
+        .map([&signature] { return signature; });
+}
+
+Result<QString> signBytes(const QByteArray& bytes, const QString& secretKey) {
     const auto seed = decode<Seed>(secretKey);
     if (!seed)
         return fail("the secret key is malformed");
     const Keys keys = keysOf(*seed);
     Signature signature{};
-    const auto done = withBytes(file, [&](const unsigned char* bytes, std::size_t size) {
-        crypto_sign_detached(signature.data(), nullptr, bytes, size, keys.secretKey.data());
-        return Result<void>();
-    });
-    if (!done)
-        return tl::unexpected(done.error());
+    crypto_sign_detached(signature.data(), nullptr, raw(bytes),
+                         static_cast<unsigned long long>(bytes.size()), keys.secretKey.data());
     return encode(signature);
 }
 

@@ -2,7 +2,9 @@
 
 #include "base/error.h"
 
+#include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 namespace tamsel {
 
@@ -13,8 +15,13 @@ namespace archive_signature {
 /// A public key is fit for use.
 bool isPublicKey(const QString& publicKey);
 
+/// The bytes are as one of these keys' owner signed them.
+bool fits(const QByteArray& bytes, const QString& signature, const QStringList& publicKeys);
+
 /// Every byte of the file is as its maker signed it. The file is mapped, not copied. Any thread.
-Result<void> verify(const QString& file, const QString& signature, const QString& publicKey);
+Result<void> verify(const QString& file, const QString& signature, const QStringList& publicKeys);
+/// A signature has the form of one.
+bool isSignature(const QString& signature);
 
 struct KeyPair {
     QString publicKey;
@@ -24,6 +31,7 @@ struct KeyPair {
 KeyPair makeKeys();
 /// The signature of a file by the key that came of makeKeys().
 Result<QString> sign(const QString& file, const QString& secretKey);
+Result<QString> signBytes(const QByteArray& bytes, const QString& secretKey);
 /// The public half of a secret key.
 Result<QString> publicKeyOf(const QString& secretKey);
 

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
 #include <vector>
 
 namespace tamsel {
@@ -17,7 +18,14 @@ namespace {
 using Outcome = tl::expected<void, UnpackError>;
 
 constexpr std::size_t readBlock = std::size_t{256} * 1024;
-constexpr mode_t keptBits = 0755;
+/// A copy stands open to read for everybody, whatever the archive says; nothing in it runs as
+/// somebody else or is shut to its owner.
+constexpr mode_t folderMode = 0755;
+constexpr mode_t programMode = 0755;
+constexpr mode_t fileMode = 0644;
+/// Far below what the system takes, wherever the copy will stand.
+constexpr std::size_t maxPath = 1'024;
+constexpr std::size_t maxDepth = 32;
 
 struct CloseReader {
     void operator()(archive* reader) const { archive_read_free(reader); }
@@ -51,8 +59,17 @@ std::vector<std::string_view> partsOf(std::string_view path) {
 bool isSafePath(std::string_view path) {
     if (path.empty() || path.front() == '/')
         return false;
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; };
+    if (path.size() > maxPath || std::any_of(path.begin(), path.end(), isControl))
+        return false;
     const auto parts = partsOf(path);
-    return std::find(parts.begin(), parts.end(), "..") == parts.end();
+    return parts.size() <= maxDepth && std::find(parts.begin(), parts.end(), "..") == parts.end();
+}
+
+mode_t modeOf(archive_entry* entry) {
+    if (archive_entry_filetype(entry) == AE_IFDIR)
+        return folderMode;
+    return (archive_entry_perm(entry) & S_IXUSR) != 0 ? programMode : fileMode;
 }
 
 class Unpacking final {
@@ -65,7 +82,7 @@ public:
 private:
     Outcome takeEntry(archive_entry* entry);
     Outcome checkEntry(archive_entry* entry);
-    Outcome copyData(const QString& path);
+    Outcome copyData(const QString& path, la_int64_t length);
     Outcome writeFailed(const QString& path);
 
     const QString m_folder;
@@ -115,11 +132,11 @@ Outcome Unpacking::takeEntry(archive_entry* entry) {
     const QByteArray name = archive_entry_pathname(entry);
     const QString path = QFile::decodeName(name);
     archive_entry_copy_pathname(entry, (QFile::encodeName(m_folder) + '/' + name).constData());
-    archive_entry_set_perm(entry, (archive_entry_perm(entry) & keptBits) | 0600);
+    archive_entry_set_perm(entry, modeOf(entry));
     if (archive_write_header(m_writer.get(), entry) != ARCHIVE_OK)
         return writeFailed(path);
     if (archive_entry_filetype(entry) == AE_IFREG) {
-        if (auto copied = copyData(path); !copied)
+        if (auto copied = copyData(path, archive_entry_size(entry)); !copied)
             return copied;
     }
     if (archive_write_finish_entry(m_writer.get()) != ARCHIVE_OK)
@@ -149,7 +166,11 @@ Outcome Unpacking::checkEntry(archive_entry* entry) {
     return wrong(UnpackFault::unsafe, shown);
 }
 
-Outcome Unpacking::copyData(const QString& path) {
+Outcome Unpacking::copyData(const QString& path, la_int64_t length) {
+    // With its holes: they count as what they read as.
+    m_bytes += static_cast<std::uint64_t>(std::max<la_int64_t>(length, 0));
+    if (m_bytes > m_limits.bytes)
+        return wrong(UnpackFault::tooLarge, path);
     for (;;) {
         const void* block = nullptr;
         std::size_t size = 0;
@@ -159,10 +180,8 @@ Outcome Unpacking::copyData(const QString& path) {
             return {};
         if (read != ARCHIVE_OK)
             return wrong(UnpackFault::malformed, reasonOf(m_reader.get()));
-        m_bytes += size;
-        // A hole counts as what it reads as.
-        if (m_bytes > m_limits.bytes || static_cast<std::uint64_t>(offset) > m_limits.bytes)
-            return wrong(UnpackFault::tooLarge, path);
+        if (offset > length || static_cast<la_int64_t>(size) > length - offset)
+            return wrong(UnpackFault::malformed, path);
         if (m_giveUp)
             return wrong(UnpackFault::givenUp, {});
         if (archive_write_data_block(m_writer.get(), block, size, offset) != ARCHIVE_OK)
@@ -182,7 +201,11 @@ Outcome Unpacking::writeFailed(const QString& path) {
 bool isInside(std::string_view path, std::string_view target) {
     if (target.empty() || target.front() == '/')
         return false;
-    std::size_t depth = partsOf(path).size() - 1;
+    // The archive's folder itself gets another name, and other neighbours.
+    const std::size_t parts = partsOf(path).size();
+    if (parts < 2)
+        return false;
+    std::size_t depth = parts - 2;
     bool isClimbing = true;
     for (const std::string_view part : partsOf(target)) {
         if (part != "..") {

@@ -28,15 +28,15 @@ struct UnpackLimits {
 };
 
 /// Unpacks a tar archive (plain, gzip, xz or zstd) into a folder that is empty and private. Nobody
-/// else's files are touched whatever the archive says: paths are relative and without "..", links
-/// are symbolic and lead to a place inside, owners, special bits and writing for others are
-/// dropped. What is unpacked when it fails stays for the caller to remove. Any thread.
+/// else's files are touched whatever the archive says: paths are relative, without "..", of a
+/// length that any place can take; links are symbolic and lead to a place inside; folders are 0755,
+/// files 0755 or 0644. What is unpacked when it fails stays for the caller to remove. Any thread.
 tl::expected<void, UnpackError> unpackArchive(const QString& archive, const QString& folder,
                                               const UnpackLimits& limits,
                                               const std::atomic<bool>& giveUp);
 
-/// A link at `path` leads to a place inside the folder that `path` is relative to: a relative
-/// target that only begins with "..".
+/// A link at `path` leads to a place inside the first folder of `path`, which is the copy and will
+/// stand elsewhere: a relative target that only begins with "..".
 bool isInside(std::string_view path, std::string_view target);
 
 } // namespace tamsel

@@ -1,9 +1,12 @@
 #include "platform/linux/updater/feed_updater.h"
 
+#include "copies/copy_start.h"
 #include "platform/background_queue.h"
 #include "platform/bundle.h"
-#include "platform/linux/updater/archive_signature.h"
 #include "platform/linux/updater/update_texts.h"
+#include "platform/user_defaults.h"
+
+#include <QFileInfo>
 
 #include <utility>
 
@@ -31,12 +34,15 @@ public:
 private:
     void check(UpdateSession::AskedBy askedBy);
     void sessionEnded();
+    /// What has to outlive this process, should nobody read it now.
+    void rememberRelaunch();
     void tellOfRelaunch();
     /// An error that has no session.
     void refuse(const UpdaterError& error);
 
     UpdateParts m_parts;
     RelaunchOrder m_order;
+    BundleKeys m_keys;
     SPUUserDriver& m_driver;
     SPUUpdaterDelegate& m_delegate;
     std::optional<UpdaterError> m_startError;
@@ -45,15 +51,18 @@ private:
 };
 
 Result<void> FeedUpdater::startUpdater() {
+    rememberRelaunch();
     m_parts.queue.async(this, [this] { tellOfRelaunch(); });
-    const auto key = m_parts.bundle.infoString(QStringLiteral("QLPublicKey"));
-    if (!key || !archive_signature::isPublicKey(*key)) {
-        const char* reason = key ? "QLPublicKey is not an Ed25519 key" : "QLPublicKey is missing";
-        m_startError = update_texts::notSetUp(QLatin1String(reason));
-        return fail(reason);
+    const QFileInfo folder(m_parts.programFolder + QStringLiteral("/.."));
+    m_parts.background.run([copy = QFile::encodeName(folder.canonicalFilePath()).toStdString()] {
+        CopyStart::clearLeftovers(copy);
+    });
+    const auto keys = BundleKeys::of(m_parts.bundle);
+    if (!keys) {
+        m_startError = update_texts::notSetUp(QString::fromStdString(keys.error().what));
+        return tl::unexpected(keys.error());
     }
-    if (const auto copy = InstalledCopy::find(m_parts.programFolder, m_parts.bundle))
-        m_parts.background.run([copy = *copy] { copy.clearLeftovers(); });
+    m_keys = *keys;
     return {};
 }
 
@@ -64,7 +73,7 @@ void FeedUpdater::check(UpdateSession::AskedBy askedBy) {
         refuse(*m_startError);
         return;
     }
-    m_session = std::make_unique<UpdateSession>(m_parts, askedBy, m_driver, m_delegate,
+    m_session = std::make_unique<UpdateSession>(m_parts, m_keys, askedBy, m_driver, m_delegate,
                                                 [this] { sessionEnded(); });
     m_session->start();
 }
@@ -75,13 +84,22 @@ void FeedUpdater::sessionEnded() {
         m_session.release()->deleteLater();
 }
 
+void FeedUpdater::rememberRelaunch() {
+    if (m_order.failedVersion.isEmpty() && !m_order.reportTo)
+        return;
+    QString toTell;
+    if (!m_order.failedVersion.isEmpty()) {
+        UpdateSession::skip(m_order.failedVersion, m_parts.defaults);
+        toTell = update_texts::didNotStart(m_order.failedVersion).localizedDescription;
+    }
+    static_cast<void>(m_parts.defaults.setString(toTell, failedUpdateKey));
+}
+
 void FeedUpdater::tellOfRelaunch() {
     if (m_order.reportTo)
         m_driver.showUpdateInstalledAndRelaunched([] {});
-    if (m_order.failedVersion.isEmpty())
-        return;
-    UpdateSession::skip(m_order.failedVersion, m_parts.defaults);
-    refuse(update_texts::didNotStart(m_order.failedVersion));
+    if (!m_order.failedVersion.isEmpty())
+        refuse(update_texts::didNotStart(m_order.failedVersion));
 }
 
 void FeedUpdater::refuse(const UpdaterError& error) {

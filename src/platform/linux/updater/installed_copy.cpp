@@ -1,19 +1,18 @@
 #include "platform/linux/updater/installed_copy.h"
 
+#include "copies/exchange.h"
 #include "platform/linux/store/folder_bundle.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
+#include <QSet>
 
-#include <array>
-#include <cerrno>
+#include <algorithm>
 #include <cstdio>
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
-#include <utility>
 
 namespace tamsel {
 
@@ -22,43 +21,11 @@ namespace {
 const QString infoFile = QStringLiteral("/share/tamsel/Info.plist");
 const QString program = QStringLiteral("/bin/tamsel");
 
-/// What may stand in a copy's folder; "" is its top.
-struct Contents {
-    const char* folder = "";
-    QStringList names;
-};
+const QString contentsFile = QStringLiteral("share/tamsel/contents");
+constexpr qint64 maxContents = qint64{4} * 1024 * 1024;
 
-const std::array<Contents, 4>& ownContents() {
-    static const std::array<Contents, 4> contents{{
-        {"", {QStringLiteral("bin"), QStringLiteral("libexec"), QStringLiteral("share")}},
-        {"bin", {QStringLiteral("tamsel")}},
-        {"libexec", {QStringLiteral("tamsel")}},
-        {"share",
-         {QStringLiteral("tamsel"), QStringLiteral("applications"), QStringLiteral("icons"),
-          QStringLiteral("metainfo"), QStringLiteral("polkit-1")}},
-    }};
-    return contents;
-}
-
-QStringList entriesOf(const QString& folder) {
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
-                                  QDir::NoDotAndDotDot);
-}
-
-std::string reason(int error) {
-    return std::generic_category().message(error);
-}
-
-/// "/home/me/.tamsel.update-" for the copy /home/me/tamsel.
-QString stagingPrefix(const QString& copy) {
-    const QFileInfo info(copy);
-    return QStringLiteral("%1/.%2.update-").arg(info.absolutePath(), info.fileName());
-}
-
-UniqueFd lockFolder(const QString& folder, int how) {
-    UniqueFd fd(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return ::flock(fd.get(), how | LOCK_NB) == 0 ? std::move(fd) : UniqueFd();
-}
+constexpr QDir::Filters anything =
+    QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
 
 bool canExchangeIn(const QString& folder) {
     const QByteArray one = QFile::encodeName(folder + QStringLiteral("/one"));
@@ -81,33 +48,27 @@ bool isOnOneFileSystem(const QString& one, const QString& other) {
 
 } // namespace
 
-Result<Staging> Staging::makeBeside(const QString& copy) {
-    QByteArray name = QFile::encodeName(stagingPrefix(copy)) + "XXXXXX";
-    if (!::mkdtemp(name.data()))
-        return fail(reason(errno), QFileInfo(copy).absolutePath().toStdString());
-    const QString folder = QFile::decodeName(name);
-    Staging staging(folder, lockFolder(folder, LOCK_SH));
-    if (!isOnOneFileSystem(copy, folder) || !canExchangeIn(folder))
+Result<std::shared_ptr<Staging>> Staging::makeBeside(const QString& copy) {
+    auto folder = OwnFolder::make(stagingPrefix(QFile::encodeName(copy).toStdString()));
+    if (!folder)
+        return tl::unexpected(folder.error());
+    auto staging = std::make_shared<Staging>(std::move(*folder));
+    if (!isOnOneFileSystem(copy, staging->folder()) || !canExchangeIn(staging->folder()))
         return fail("its file system can't exchange folders", copy.toStdString());
     return staging;
 }
 
-Staging::Staging(Staging&& other) noexcept
-    : m_folder(std::exchange(other.m_folder, {})), m_lock(std::move(other.m_lock)) {}
-
-Staging& Staging::operator=(Staging&& other) noexcept {
-    std::swap(m_folder, other.m_folder);
-    std::swap(m_lock, other.m_lock);
-    return *this;
-}
-
 Staging::~Staging() {
-    if (!m_folder.isEmpty())
-        QDir(m_folder).removeRecursively();
+    if (!m_isHandedOver)
+        static_cast<void>(m_folder.remove());
 }
 
-void Staging::handOver() {
-    m_folder.clear();
+QString Staging::folder() const {
+    return QFile::decodeName(QByteArray::fromStdString(m_folder.path()));
+}
+
+QString Staging::tree() const {
+    return QFile::decodeName(QByteArray::fromStdString(unpackedIn(m_folder)));
 }
 
 Result<InstalledCopy> InstalledCopy::find(const QString& programFolder, const Bundle& bundle) {
@@ -119,37 +80,64 @@ Result<InstalledCopy> InstalledCopy::find(const QString& programFolder, const Bu
                          QFileInfo(copy.relauncher()).isExecutable();
     if (!isWhole)
         return fail("is not a copy in a folder of its own", folder.toStdString());
-    for (const auto& [name, names] : ownContents()) {
-        for (const QString& entry : entriesOf(folder + u'/' + QLatin1String(name))) {
-            if (!names.contains(entry))
-                return fail("the folder also holds " + entry.toStdString(), folder.toStdString());
-        }
+    return checkContents(folder).map([&copy] { return copy; });
+}
+
+QByteArray InstalledCopy::listContents(const QString& folder) {
+    QByteArrayList paths;
+    QDirIterator all(folder, anything, QDirIterator::Subdirectories);
+    while (all.hasNext()) {
+        const QString path = all.next().mid(folder.size() + 1);
+        const QFileInfo info = all.fileInfo();
+        if ((!info.isDir() || info.isSymLink()) && path != contentsFile)
+            paths << QFile::encodeName(path);
     }
-    return copy;
+    std::sort(paths.begin(), paths.end());
+    return paths.join('\n') + '\n';
+}
+
+Result<void> InstalledCopy::checkContents(const QString& folder) {
+    QFile file(folder + u'/' + contentsFile);
+    if (!file.open(QFile::ReadOnly) || file.size() > maxContents)
+        return fail("does not list what belongs to it", folder.toStdString());
+    const QByteArrayList owned = file.readAll().trimmed().split('\n');
+    const QSet<QByteArray> own(owned.begin(), owned.end());
+    const QByteArrayList there = listContents(folder).chopped(1).split('\n');
+    for (const QByteArray& path : there) {
+        if (!own.contains(path))
+            return fail("the folder also holds " + path.toStdString(), folder.toStdString());
+    }
+    if (there.size() != own.size())
+        return fail("the copy is not whole", folder.toStdString());
+    return {};
 }
 
 QString InstalledCopy::relauncher() const {
     return m_folder + QStringLiteral("/libexec/tamsel/tamsel-relauncher");
 }
 
-void InstalledCopy::clearLeftovers() const {
-    const QFileInfo prefix(stagingPrefix(m_folder));
-    const QStringList names =
-        QDir(prefix.absolutePath())
-            .entryList({prefix.fileName() + u'*'}, QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
-    for (const QString& name : names) {
-        const QString folder = prefix.absolutePath() + u'/' + name;
-        if (lockFolder(folder, LOCK_EX).isOpen())
-            QDir(folder).removeRecursively();
-    }
+Result<void> InstalledCopy::keepIdentity(const Staging& staging, const Bundle& bundle) const {
+    const auto kept = rememberCopy(staging.own(), QFile::encodeName(m_folder).toStdString());
+    if (!kept)
+        return kept;
+    if (versionOf(m_folder) != bundle.infoString(QStringLiteral("CFBundleVersion")))
+        return fail("it is another version by now", m_folder.toStdString());
+    return find(m_folder + QStringLiteral("/bin"), bundle).map([](const InstalledCopy&) {});
 }
 
 Result<QString> InstalledCopy::findIn(const QString& tree) {
-    const QStringList names = entriesOf(tree);
+    const QStringList names = QDir(tree).entryList(anything);
     const QString folder = tree + u'/' + names.value(0);
     if (names.size() != 1 || !QFileInfo(folder + infoFile).isFile() ||
         !QFileInfo(folder + program).isExecutable())
         return fail("holds no copy of Tamsel");
+    if (!QFileInfo(InstalledCopy(folder).relauncher()).isExecutable())
+        return fail("its copy could not be replaced: it has no relauncher");
+    // What else an installation has is the system's: units, and folders that others share.
+    const QStringList own{QStringLiteral("bin"), QStringLiteral("libexec"),
+                          QStringLiteral("share")};
+    if (QDir(folder).entryList(anything, QDir::Name) != own)
+        return fail("its copy has folders of the system's");
     return folder;
 }
 

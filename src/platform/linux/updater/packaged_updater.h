@@ -4,18 +4,11 @@
 
 namespace tamsel {
 
-class MainQueue;
-
-/// The updater of a copy that cannot replace itself: every check ends with an error that says so.
+/// The updater of a copy that cannot replace itself: it has no feed, and never checks.
 class PackagedUpdaterMaker final : public UpdaterMaker {
 public:
-    explicit PackagedUpdaterMaker(MainQueue& queue) : m_queue(queue) {}
-
     std::unique_ptr<SPUUpdater> makeUpdater(SPUUserDriver& driver,
                                             SPUUpdaterDelegate& delegate) override;
-
-private:
-    MainQueue& m_queue;
 };
 
 } // namespace tamsel

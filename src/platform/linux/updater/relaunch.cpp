@@ -4,7 +4,13 @@
 
 #include <QFile>
 
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <fcntl.h>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -12,30 +18,45 @@ namespace tamsel {
 
 namespace {
 
-const QString reportOption = QStringLiteral("--report-to");
-const QString failedOption = QStringLiteral("--update-failed");
-
 /// The option's value, taken out of the arguments with it.
-std::optional<QString> takeOption(QStringList& arguments, const QString& option) {
-    const qsizetype at = arguments.indexOf(option);
-    if (at < 0 || at + 1 >= arguments.size())
+std::optional<std::string> takeOption(int& argc, char** argv, std::string_view option) {
+    char** const end = argv + argc;
+    char** const at = std::find(argv, end, option);
+    if (end - at < 2)
         return std::nullopt;
-    arguments.removeAt(at);
-    return arguments.takeAt(at);
+    std::string value = at[1];
+    // With the null that ends the arguments.
+    std::copy(at + 2, end + 1, at);
+    argc -= 2;
+    return value;
+}
+
+/// The writing end of a pipe that has no name, made by a process of this user.
+bool isOwnPipe(int fd) {
+    struct stat info {};
+    if (fd <= STDERR_FILENO || ::fstat(fd, &info) != 0 || !S_ISFIFO(info.st_mode) ||
+        info.st_uid != ::geteuid() || (::fcntl(fd, F_GETFL) & O_ACCMODE) != O_WRONLY)
+        return false;
+    std::array<char, 8> name{};
+    const std::string link = "/proc/self/fd/" + std::to_string(fd);
+    return ::readlink(link.c_str(), name.data(), name.size()) > 0 &&
+           std::string_view(name.data(), name.size()).starts_with("pipe:[");
 }
 
 } // namespace
 
-RelaunchOrder RelaunchOrder::takeFrom(QStringList& arguments) {
+RelaunchOrder RelaunchOrder::takeFrom(int& argc, char** argv) {
     RelaunchOrder order;
-    if (const auto fd = takeOption(arguments, reportOption)) {
-        bool isNumber = false;
-        const int number = fd->toInt(&isNumber);
+    if (const auto fd = takeOption(argc, argv, "--report-to")) {
+        int number = -1;
+        const auto read = std::from_chars(fd->data(), fd->data() + fd->size(), number);
         // No program that this one starts may keep the pipe open.
-        if (isNumber && number > STDERR_FILENO && ::fcntl(number, F_SETFD, FD_CLOEXEC) == 0)
+        if (read.ec == std::errc() && read.ptr == fd->data() + fd->size() && isOwnPipe(number) &&
+            ::fcntl(number, F_SETFD, FD_CLOEXEC) == 0)
             order.reportTo = number;
     }
-    order.failedVersion = takeOption(arguments, failedOption).value_or(QString());
+    order.failedVersion =
+        QString::fromStdString(takeOption(argc, argv, "--update-failed").value_or(""));
     return order;
 }
 

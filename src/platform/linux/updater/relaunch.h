@@ -3,7 +3,6 @@
 #include "base/error.h"
 
 #include <QString>
-#include <QStringList>
 
 #include <optional>
 
@@ -12,11 +11,13 @@ namespace tamsel {
 /// What the relauncher tells a copy that it starts, by the program's arguments:
 /// `--report-to FD` and `--update-failed VERSION`.
 struct RelaunchOrder {
-    std::optional<int> reportTo; ///< a pipe that waits for word that this version has started
-    QString failedVersion;       ///< this copy is back because that one did not start
+    /// A pipe of the relauncher's that waits for word that this version has started.
+    std::optional<int> reportTo;
+    QString failedVersion; ///< this copy is back because that one did not start
 
-    /// Takes the relauncher's own out of the arguments.
-    static RelaunchOrder takeFrom(QStringList& arguments);
+    /// Takes the relauncher's own out of the arguments. Before anything else opens a descriptor:
+    /// what is written to is a pipe that this process was started with, and nothing else.
+    static RelaunchOrder takeFrom(int& argc, char** argv);
     /// This version has started: the copy before it may go. Once.
     void report(const QString& version);
 };

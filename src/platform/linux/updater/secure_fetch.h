@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/error.h"
-#include "platform/linux/net/secure_requests.h"
+#include "platform/linux/net/http_hop.h"
 #include "platform/main_queue.h"
 
 #include <QUrl>
@@ -12,8 +12,10 @@
 
 namespace tamsel {
 
+class SecureRequests;
+
 enum class FetchFault {
-    insecure, ///< the address, or one it leads to, is not https
+    insecure, ///< the address, or one it leads to, is not https, or nearer than it may be
     timedOut,
     tooLarge,
     refused, ///< the server answered, but not with what was asked for
@@ -30,6 +32,8 @@ struct FetchLimits {
     std::chrono::milliseconds total;   ///< from the start to the last byte
     std::chrono::milliseconds silence; ///< without a byte
     std::uint64_t bytes;
+    /// Nearer addresses are not spoken to: neither at first nor where that leads to.
+    AddressScope nearest = AddressScope::loopback;
 };
 
 /// Fetches one address over SecureRequests, following up to five redirects. Main thread;
@@ -45,13 +49,16 @@ public:
     /// Nothing is reported before the next turn of the main loop.
     SecureFetch(SecureRequests& requests, MainQueue& queue, const QUrl& url,
                 const FetchLimits& limits, Receiver receiver);
-    ~SecureFetch() override;
+
+    /// How far away what answered is; nothing that it names may be nearer.
+    AddressScope scope() const { return m_scope; }
 
 private:
     void ask(const QUrl& url);
     void listenAgain();
-    void take();
-    void replied();
+    void answered(const HopHead& head);
+    void take(const QByteArray& bytes);
+    void ended(const std::optional<HopError>& error);
     void finish(const std::optional<FetchError>& error);
 
     SecureRequests& m_requests;
@@ -60,7 +67,9 @@ private:
     Receiver m_receiver;
     TaskHandle m_deadline;
     TaskHandle m_silence;
-    SecureRequests::Reply m_reply;
+    QUrl m_url;
+    AddressScope m_scope;
+    HttpHop::Handle m_hop;
     std::uint64_t m_received = 0;
     int m_redirects = 0;
 };

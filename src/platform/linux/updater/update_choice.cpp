@@ -1,5 +1,7 @@
 #include "platform/linux/updater/update_choice.h"
 
+#include "platform/linux/net/secure_requests.h"
+#include "platform/linux/updater/archive_signature.h"
 #include "platform/linux/updater/version_order.h"
 
 #include <QSysInfo>
@@ -29,8 +31,15 @@ bool runsOn(const AppcastEntry& entry, const UpdateWish& wish) {
     });
 }
 
+/// It can be fetched and checked; what can't must not stand in the way of what can.
+bool isComplete(const AppcastEntry& entry) {
+    return !entry.version.isEmpty() && SecureRequests::isAllowed(entry.url) && entry.length > 0 &&
+           entry.length <= maxArchive && !entry.sha256.isEmpty() &&
+           archive_signature::isSignature(entry.edSignature);
+}
+
 bool isWanted(const AppcastEntry& entry, const UpdateWish& wish) {
-    return !entry.version.isEmpty() && entry.channel.isEmpty() &&
+    return isComplete(entry) && entry.channel.isEmpty() &&
            (entry.os.isEmpty() || entry.os == u"linux") && entry.version != wish.skippedVersion &&
            std::is_gt(compareVersions(entry.version, wish.version)) && runsOn(entry, wish);
 }

@@ -18,9 +18,12 @@ struct UpdateWish {
 QString thisSystem();
 QString thisProcessor();
 
-/// The newest entry that is newer than this copy, of no channel, for Linux or for any system, and
-/// runs on this machine; minimum and maximum system are kernel releases. None: this copy is up to
-/// date as far as it can be.
+/// The longest archive that is fetched.
+inline constexpr std::uint64_t maxArchive = std::uint64_t{512} * 1024 * 1024;
+
+/// The newest entry that is complete (an archive's address, length, digest and signature), newer
+/// than this copy, of no channel, for Linux or for any system, and runs on this machine; minimum
+/// and maximum system are kernel releases. None: this copy is up to date as far as it can be.
 std::optional<AppcastEntry> chooseUpdate(const QList<AppcastEntry>& entries,
                                          const UpdateWish& wish);
 

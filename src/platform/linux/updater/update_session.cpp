@@ -3,8 +3,10 @@
 #include "platform/application.h"
 #include "platform/background_queue.h"
 #include "platform/bundle.h"
+#include "platform/clock.h"
 #include "platform/linux/updater/archive_signature.h"
 #include "platform/linux/updater/relaunch.h"
+#include "platform/linux/updater/release_check.h"
 #include "platform/linux/updater/update_choice.h"
 #include "platform/linux/updater/update_texts.h"
 #include "platform/user_defaults.h"
@@ -19,8 +21,13 @@ namespace tamsel {
 namespace {
 
 constexpr std::uint64_t maxFeed = std::uint64_t{1024} * 1024;
-constexpr std::uint64_t maxArchive = std::uint64_t{512} * 1024 * 1024;
 const QString skippedKey = QStringLiteral("SUSkippedVersion");
+const QString memoryKey = QStringLiteral("UpdateFeedMemory");
+
+QString kept(UserDefaults& defaults, const QString& key) {
+    return QString::fromUtf8(
+        defaults.dataForKey(key).value_or(std::nullopt).value_or(QByteArray()));
+}
 
 QString words(const Error& error) {
     return QString::fromStdString(error.description());
@@ -34,13 +41,15 @@ struct UpdateSession::Unpacked {
     std::optional<UpdaterError> error;
 };
 
-UpdateSession::UpdateSession(UpdateParts parts, AskedBy askedBy, SPUUserDriver& driver,
-                             SPUUpdaterDelegate& delegate, std::function<void()> ended)
+UpdateSession::UpdateSession(UpdateParts parts, BundleKeys keys, AskedBy askedBy,
+                             SPUUserDriver& driver, SPUUpdaterDelegate& delegate,
+                             std::function<void()> ended)
     : m_parts(std::move(parts)),
       m_askedBy(askedBy),
       m_driver(driver),
       m_delegate(delegate),
-      m_ended(std::move(ended)) {}
+      m_ended(std::move(ended)),
+      m_bundleKeys(std::move(keys)) {}
 
 UpdateSession::~UpdateSession() {
     *m_giveUp = true;
@@ -68,25 +77,51 @@ void UpdateSession::start() {
 }
 
 void UpdateSession::feedFetched(const std::optional<FetchError>& error) {
+    m_feedScope = m_fetch->scope();
     m_fetch.reset();
     if (error) {
         failed(update_texts::feedNotFetched(*error));
         return;
     }
-    const auto entries = parseAppcast(std::exchange(m_feed, {}));
-    if (!entries) {
-        failed(update_texts::feedNotRead(words(entries.error())));
+    const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(
+        m_parts.clock.now().time_since_epoch());
+    inBackground<tl::expected<GenuineFeed, FeedError>>(
+        [feed = std::exchange(m_feed, {}), offlineKey = m_bundleKeys.offlineKey,
+         memory = FeedMemory::of(m_bundleKeys, kept(m_parts.defaults, memoryKey)),
+         now = QDateTime::fromMSecsSinceEpoch(now.count(), Qt::UTC)] {
+            return openFeed(feed, memory, offlineKey, now);
+        },
+        &UpdateSession::feedOpened);
+}
+
+template <class Outcome>
+void UpdateSession::inBackground(std::function<Outcome()> work,
+                                 void (UpdateSession::*then)(const Outcome&)) {
+    m_parts.background.run(
+        [&queue = m_parts.queue, self = QPointer<UpdateSession>(this), work, then] {
+            queue.async(nullptr, [self, then, outcome = work()] {
+                if (self)
+                    (*self.*then)(outcome);
+            });
+        });
+}
+
+void UpdateSession::feedOpened(const tl::expected<GenuineFeed, FeedError>& feed) {
+    if (!feed) {
+        failed(update_texts::feedNotTaken(feed.error()));
         return;
     }
+    m_memory = feed->memory;
+    // Not remembered, the same is remembered at the next check.
+    static_cast<void>(m_parts.defaults.setString(m_memory.text(), memoryKey));
     UpdateWish wish;
     wish.version = m_parts.bundle.infoString(QStringLiteral("CFBundleVersion")).value_or(QString());
     wish.system = thisSystem();
     wish.processor = thisProcessor();
     // Who asks wants to know of a version that was declined, too.
     if (m_askedBy == AskedBy::schedule)
-        wish.skippedVersion = QString::fromUtf8(
-            m_parts.defaults.dataForKey(skippedKey).value_or(std::nullopt).value_or(QByteArray()));
-    if (const auto entry = chooseUpdate(*entries, wish))
+        wish.skippedVersion = kept(m_parts.defaults, skippedKey);
+    if (const auto entry = chooseUpdate(feed->appcast.entries, wish))
         found(*entry);
     else
         upToDate();
@@ -111,14 +146,6 @@ void UpdateSession::answeredDownload(SPUUserUpdateChoice choice) {
 }
 
 void UpdateSession::download() {
-    if (m_entry.edSignature.isEmpty() || m_entry.url.isEmpty() || m_entry.length == 0) {
-        failed(update_texts::noArchiveNamed());
-        return;
-    }
-    if (m_entry.length > maxArchive) {
-        failed(update_texts::notUnpacked({UnpackFault::tooLarge, {}}));
-        return;
-    }
     auto copy = InstalledCopy::find(m_parts.programFolder, m_parts.bundle);
     if (!copy) {
         failed(update_texts::copyNotReplaceable(words(copy.error())));
@@ -143,7 +170,7 @@ void UpdateSession::download() {
         .finished = [this](const auto& error) { downloaded(error); },
     };
     const FetchLimits limits{m_parts.patience.download, m_parts.patience.downloadSilence,
-                             m_entry.length};
+                             m_entry.length, m_feedScope};
     m_fetch = std::make_unique<SecureFetch>(m_parts.requests, m_parts.queue, m_entry.url, limits,
                                             std::move(receiver));
 }
@@ -159,6 +186,7 @@ Result<void> UpdateSession::store(const QByteArray& bytes) {
         done += written;
     }
     m_received += static_cast<std::uint64_t>(bytes.size());
+    m_digest.addData(bytes);
     m_driver.showDownloadDidReceiveDataOfLength(static_cast<std::uint64_t>(bytes.size()));
     return {};
 }
@@ -170,33 +198,32 @@ void UpdateSession::downloaded(const std::optional<FetchError>& error) {
         failed(update_texts::notDownloaded(*error));
     else if (m_received != m_entry.length)
         failed(update_texts::wrongLength());
+    else if (m_digest.result() != m_entry.sha256)
+        failed(update_texts::wrongDigest());
     else
         unpack();
 }
 
 void UpdateSession::unpack() {
     m_driver.showDownloadDidStartExtractingUpdate();
-    const QString publicKey =
-        m_parts.bundle.infoString(QStringLiteral("QLPublicKey")).value_or(QString());
-    const auto work = [archive = m_staging->archive(), tree = m_staging->tree(), entry = m_entry,
-                       publicKey, giveUp = m_giveUp]() -> Unpacked {
-        if (!archive_signature::verify(archive, entry.edSignature, publicKey))
-            return {{}, update_texts::wrongSignature()};
-        QDir().mkpath(tree);
-        if (const auto done = unpackArchive(archive, tree, {}, *giveUp); !done)
-            return {{}, update_texts::notUnpacked(done.error())};
-        QFile::remove(archive);
-        const auto folder = InstalledCopy::findIn(tree);
-        if (!folder || InstalledCopy::versionOf(*folder) != entry.version)
-            return {{}, update_texts::wrongContents()};
-        return {*folder, std::nullopt};
-    };
-    m_parts.background.run([&queue = m_parts.queue, self = QPointer<UpdateSession>(this), work] {
-        queue.async(nullptr, [self, outcome = work()] {
-            if (self)
-                self->unpacked(outcome);
-        });
-    });
+    inBackground<Unpacked>(
+        [staging = m_staging, entry = m_entry, keys = m_memory.keys.keys,
+         offlineKey = m_bundleKeys.offlineKey, giveUp = m_giveUp]() -> Unpacked {
+            if (!archive_signature::verify(staging->archive(), entry.edSignature, keys))
+                return {{}, update_texts::wrongSignature()};
+            QDir().mkpath(staging->tree());
+            if (const auto done = unpackArchive(staging->archive(), staging->tree(), {}, *giveUp);
+                !done)
+                return {{}, update_texts::notUnpacked(done.error())};
+            QFile::remove(staging->archive());
+            const auto release = checkRelease(staging->tree(), keys, offlineKey);
+            if (!release)
+                return {{}, update_texts::notUsable(words(release.error()))};
+            if (release->version != entry.version)
+                return {{}, update_texts::wrongContents()};
+            return {release->folder, std::nullopt};
+        },
+        &UpdateSession::unpacked);
 }
 
 void UpdateSession::unpacked(const Unpacked& outcome) {
@@ -217,6 +244,10 @@ void UpdateSession::answeredInstall(SPUUserUpdateChoice choice) {
 
 void UpdateSession::install() {
     m_driver.showInstallingUpdate();
+    if (const auto kept = m_copy->keepIdentity(*m_staging, m_parts.bundle); !kept) {
+        failed(update_texts::copyNotReplaceable(words(kept.error())));
+        return;
+    }
     const RelaunchPlan plan{m_copy->relauncher(), m_copy->folder(), m_tree, m_staging->folder(),
                             m_entry.version};
     if (const auto started = startRelauncher(plan); !started) {
@@ -266,7 +297,8 @@ void UpdateSession::cancelled() {
 
 void UpdateSession::finish(const std::optional<UpdaterError>& error) {
     m_fetch.reset();
-    m_staging.reset();
+    // Thousands of files take longer to go than a frame.
+    m_parts.background.run([staging = std::exchange(m_staging, nullptr)] {});
     m_driver.dismissUpdateInstallation();
     if (error)
         m_delegate.didAbortWithError(*error);

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "platform/linux/updater/appcast.h"
 #include "platform/linux/updater/installed_copy.h"
 #include "platform/linux/updater/secure_fetch.h"
+#include "platform/linux/updater/signed_feed.h"
 #include "platform/software_updater.h"
 
+#include <QCryptographicHash>
 #include <QFile>
 #include <QObject>
 
@@ -17,6 +18,7 @@ namespace tamsel {
 class Application;
 class BackgroundQueue;
 class Bundle;
+class Clock;
 class MainQueue;
 class SecureRequests;
 class UserDefaults;
@@ -33,6 +35,7 @@ struct UpdatePatience {
 struct UpdateParts {
     const Bundle& bundle;
     MainQueue& queue;
+    const Clock& clock;
     BackgroundQueue& background;
     UserDefaults& defaults;
     Application& application;
@@ -48,7 +51,7 @@ public:
     enum class AskedBy { user, schedule };
 
     /// `ended` is the last that is heard of it; it may destroy the session.
-    UpdateSession(UpdateParts parts, AskedBy askedBy, SPUUserDriver& driver,
+    UpdateSession(UpdateParts parts, BundleKeys keys, AskedBy askedBy, SPUUserDriver& driver,
                   SPUUpdaterDelegate& delegate, std::function<void()> ended);
     ~UpdateSession() override;
 
@@ -62,6 +65,7 @@ private:
     struct Unpacked;
 
     void feedFetched(const std::optional<FetchError>& error);
+    void feedOpened(const tl::expected<GenuineFeed, FeedError>& feed);
     void found(const AppcastEntry& entry);
     void answeredDownload(SPUUserUpdateChoice choice);
     void download();
@@ -71,6 +75,9 @@ private:
     void unpacked(const Unpacked& outcome);
     void answeredInstall(SPUUserUpdateChoice choice);
     void install();
+    /// Runs work that ends in `then`, unless this session has ended before.
+    template <class Outcome>
+    void inBackground(std::function<Outcome()> work, void (UpdateSession::*then)(const Outcome&));
 
     SPUUserDriver::ChoiceReply reply(Answer answer);
     /// The ends of a session: nothing newer, an error, the user's wish.
@@ -84,13 +91,17 @@ private:
     SPUUserDriver& m_driver;
     SPUUpdaterDelegate& m_delegate;
     std::function<void()> m_ended;
+    BundleKeys m_bundleKeys;
     QByteArray m_feed;
+    FeedMemory m_memory;
+    AddressScope m_feedScope = AddressScope::internet;
     AppcastEntry m_entry;
     bool m_isShown = false; ///< the user knows of an update
     std::optional<InstalledCopy> m_copy;
-    std::optional<Staging> m_staging;
+    std::shared_ptr<Staging> m_staging; ///< the work in the background holds it, too
     QFile m_archive;
     std::uint64_t m_received = 0;
+    QCryptographicHash m_digest{QCryptographicHash::Sha256};
     QString m_tree;
     std::shared_ptr<std::atomic<bool>> m_giveUp = std::make_shared<std::atomic<bool>>(false);
     std::unique_ptr<SecureFetch> m_fetch;

@@ -55,13 +55,21 @@ UpdaterError feedNotFetched(const FetchError& fetch) {
     return error(appcastCode, text("The update server can't be reached: %1").arg(fetch.detail));
 }
 
-UpdaterError feedNotRead(const QString& reason) {
-    return error(parseCode, text("The update server's reply can't be read: %1").arg(reason));
-}
-
-UpdaterError noArchiveNamed() {
-    return error(appcastCode,
-                 text("The update is announced without its archive, length or signature."));
+UpdaterError feedNotTaken(const FeedError& feed) {
+    switch (feed.fault) {
+    case FeedFault::forged:
+        return error(appcastCode, text("The update server's list is not signed by the maker."));
+    case FeedFault::older:
+        return error(appcastCode,
+                     text("The update server's list is older than one that was seen before."));
+    case FeedFault::expired:
+        return error(appcastCode, text("The update server's list has expired on %1. If that is "
+                                       "still to come, this computer's clock is wrong.")
+                                      .arg(feed.detail));
+    case FeedFault::malformed:
+        break;
+    }
+    return error(parseCode, text("The update server's reply can't be read: %1").arg(feed.detail));
 }
 
 UpdaterError copyNotReplaceable(const QString& reason) {
@@ -117,6 +125,14 @@ UpdaterError notUnpacked(const UnpackError& unpack) {
         break;
     }
     return error(unarchivingCode, text("The update's archive can't be read."));
+}
+
+UpdaterError wrongDigest() {
+    return error(validationCode, text("The update is not the one that was announced."));
+}
+
+UpdaterError notUsable(const QString& reason) {
+    return error(validationCode, text("The update can't be used: %1").arg(reason));
 }
 
 UpdaterError wrongContents() {

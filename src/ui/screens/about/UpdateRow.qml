@@ -35,7 +35,7 @@ Card {
         case AboutVM.Failed:
             return about.updateStatus.message;
         }
-        return "";
+        return about.updatedBy;
     }
     readonly property string action: {
         switch (row.state) {
@@ -120,13 +120,19 @@ Card {
         kind: row.state === AboutVM.UpdateAvailable || row.state === AboutVM.Ready
               ? Button.Primary : Button.Secondary
         text: row.action
+        enabled: !row.about.updatedBy
+        Accessible.description: row.about.updatedBy
         onClicked: row.about.actOnUpdate()
 
         Tooltip {
             owner: button
-            text: "U"
-            wanted: button.hovered
+            text: row.about.updatedBy || "U"
+            wanted: help.hovered
         }
+    }
+    Item { // A button that is off does not notice the pointer.
+        anchors.fill: button
+        HoverHandler { id: help }
     }
     Rectangle {
         id: divider

@@ -50,15 +50,12 @@ Item {
         radius: Theme.radiusPopup
         color: view.row.isSupport ? Theme.graySoft : Theme.accentSoft
 
-        Label {
+        SelectableText {
             id: message
             x: 12
             y: 8
             width: parent.width - 24
-            lineHeight: 19
             text: view.row.text
-            wrapMode: Text.Wrap
-            elide: Text.ElideNone
             Accessible.ignored: true
         }
     }

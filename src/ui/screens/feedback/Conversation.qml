@@ -38,15 +38,12 @@ ListView {
         width: ListView.view ? ListView.view.width : 0
         height: line.y + 35
 
-        Label {
+        SelectableText {
             id: content
             x: 18
             width: parent.width - 2 * x
-            lineHeight: 19
             text: top.feedback ? top.feedback.page.content : ""
             color: Theme.textMuted
-            wrapMode: Text.Wrap
-            elide: Text.ElideNone
         }
         Rectangle {
             id: line

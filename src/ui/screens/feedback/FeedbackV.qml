@@ -52,7 +52,18 @@ FocusScope {
     ErrorLine {
         id: error
         width: parent.width
-        text: view.feedback.errorMsg
+        // In place of the list it stands in its own words.
+        text: view.isAlone && list.saysFailure ? "" : view.feedback.errorMsg
+    }
+    Connections {
+        target: view.feedback
+        // A reply changes the ticket's state, in the list too.
+        function onTicketDetailChanged(): void {
+            const listed = view.feedback.rows.find(row => row.uuid === view.feedback.openUuid);
+            if (view.feedback.isOpenLoaded && listed && !view.feedback.isLoading
+                    && listed.status !== view.feedback.page.status)
+                view.feedback.loadTickets();
+        }
     }
     Item {
         id: body

@@ -10,6 +10,9 @@ FocusScope {
     // The ticket that is shown beside the list; empty: none.
     property string openUuid
 
+    // There is nothing to show because it could not be loaded.
+    readonly property bool saysFailure: list.count === 0 && feedback.errorMsg === qsTranslate("FeedbackVM", "Load Failed")
+
     signal newRequested()
     signal refreshRequested()
     signal chosen(ticketRow row)
@@ -84,8 +87,15 @@ FocusScope {
     EmptyState {
         anchors.centerIn: list
         width: parent.width - 2 * Theme.cardPadding
-        visible: list.count === 0
+        visible: list.count === 0 && !view.saysFailure
         symbol: "send"
         text: qsTr("No feedback yet")
+    }
+    LoadFailed {
+        anchors.centerIn: list
+        width: parent.width - 2 * Theme.cardPadding
+        visible: view.saysFailure
+        line: qsTr("No feedback yet")
+        onRetried: view.refreshRequested()
     }
 }

@@ -61,23 +61,11 @@ FocusScope {
         visible: !view.feedback.isOpenLoaded && view.feedback.isLoadingDetail
         size: Theme.iconBanner
     }
-    Column {
+    LoadFailed {
         anchors.centerIn: conversation
         width: parent.width - 2 * Theme.cardPadding
         visible: !view.feedback.isOpenLoaded && !view.feedback.isLoadingDetail
-        spacing: Theme.cardGap
-
-        EmptyState {
-            width: parent.width
-            symbol: "exclamationmark.triangle.fill"
-            text: qsTr("Load Failed")
-        }
-        Button {
-            anchors.horizontalCenter: parent.horizontalCenter
-            text: qsTr("Refresh")
-            symbol: "arrow.clockwise"
-            onClicked: view.refreshRequested()
-        }
+        onRetried: view.refreshRequested()
     }
     Rectangle {
         id: line

@@ -1,4 +1,4 @@
-#include "appcast_writer.h"
+#include "platform/linux/updater/appcast_writer.h"
 
 #include <QXmlStreamWriter>
 
@@ -26,6 +26,8 @@ void writeEntry(QXmlStreamWriter& xml, const AppcastEntry& entry) {
         if (!text.isEmpty())
             xml.writeTextElement(names, QLatin1String(name), text);
     }
+    xml.writeTextElement(ownNamespace.toString(), QStringLiteral("sha256"),
+                         QString::fromLatin1(entry.sha256.toHex()));
     xml.writeStartElement(QStringLiteral("enclosure"));
     xml.writeAttribute(QStringLiteral("url"), entry.url.toString(QUrl::FullyEncoded));
     xml.writeAttribute(QStringLiteral("length"), QString::number(entry.length));
@@ -37,7 +39,8 @@ void writeEntry(QXmlStreamWriter& xml, const AppcastEntry& entry) {
 
 } // namespace
 
-QByteArray writeAppcast(const QList<AppcastEntry>& entries) {
+QByteArray writeAppcast(const Appcast& appcast) {
+    const QString own = ownNamespace.toString();
     QByteArray text;
     QXmlStreamWriter xml(&text);
     xml.setAutoFormatting(true);
@@ -45,9 +48,13 @@ QByteArray writeAppcast(const QList<AppcastEntry>& entries) {
     xml.writeStartElement(QStringLiteral("rss"));
     xml.writeAttribute(QStringLiteral("version"), QStringLiteral("2.0"));
     xml.writeNamespace(appcastNamespace.toString(), QStringLiteral("sparkle"));
+    xml.writeNamespace(own, QStringLiteral("tamsel"));
     xml.writeStartElement(QStringLiteral("channel"));
     xml.writeTextElement(QStringLiteral("title"), QStringLiteral("Tamsel"));
-    for (const AppcastEntry& entry : entries)
+    xml.writeTextElement(own, QStringLiteral("sequence"), QString::number(appcast.sequence));
+    xml.writeTextElement(own, QStringLiteral("date"), appcast.date.toString(Qt::ISODate));
+    xml.writeTextElement(own, QStringLiteral("expires"), appcast.expires.toString(Qt::ISODate));
+    for (const AppcastEntry& entry : appcast.entries)
         writeEntry(xml, entry);
     xml.writeEndDocument();
     return text;
