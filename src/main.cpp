@@ -55,9 +55,9 @@ int main(int argc, char** argv) {
     const tamsel::MainWindow window(program.screens);
     if (!window.window())
         return cantStart("the window can't be loaded");
-    start.expect(program.platform.background, program.platform.bundle
-                                                  .infoString(QStringLiteral("CFBundleVersion"))
-                                                  .value_or(QString()));
+    start.expect(
+        program.platform.background,
+        program.platform.bundle.infoString(QStringLiteral("CFBundleVersion")).value_or(QString()));
     QObject::connect(
         window.window(), &QQuickWindow::frameSwapped, &program.delegate,
         [&start] { start.frameShown(); }, once);

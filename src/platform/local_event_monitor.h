@@ -81,8 +81,9 @@ public:
     /// Asks `handler` about every event of the kinds in `mask`, before the windows get it. Newer
     /// monitors are asked first; what one swallows reaches no older one and nothing else in the
     /// application, shortcuts included, and neither do a swallowed press's repetitions (nobody is
-    /// asked about them) and its release, even when the monitor has gone meanwhile. A handler may add monitors, which are asked from the next
-    /// event on, and remove any, also its own. The monitor may outlive this object.
+    /// asked about them) and its release, even when the monitor has gone meanwhile. A handler may
+    /// add monitors, which are asked from the next event on, and remove any, also its own. The
+    /// monitor may outlive this object.
     [[nodiscard]] virtual std::unique_ptr<LocalEventMonitor> addMonitor(LocalKeyKinds mask,
                                                                         Handler handler) = 0;
 };

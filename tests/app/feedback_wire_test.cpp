@@ -20,7 +20,8 @@
 #include <string_view>
 
 /// In this program "localhost" has two addresses, whatever the machine's own table of hosts says,
-/// and nobody listens on the first: hosts of two kinds of addresses are connected to in another way.
+/// and nobody listens on the first: hosts of two kinds of addresses are connected to in another
+/// way.
 extern "C" int getaddrinfo(const char* node, const char* service, const addrinfo* hints,
                            addrinfo** result) {
     static const auto real =
