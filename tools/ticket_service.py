@@ -242,11 +242,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
             for _ in range(size // 65536):
                 self.wfile.write(b"x" * 65536)
 
-    def cut(self):
-        self.wfile.write(b'HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\n{"_res":"ok"')
-        self.close_connection = True
-
-    def hang_up(self):
+    def hang_up(self, after=b""):
+        self.wfile.write(after)
         self.close_connection = True
 
     def endless_header(self):
@@ -255,15 +252,11 @@ class Handler(http.server.BaseHTTPRequestHandler):
             while True:
                 self.wfile.write(b"X-More: " + b"x" * 1000 + b"\r\n")
 
-    def interim(self):
-        self.wfile.write(b"HTTP/1.1 199 Odd\r\nContent-Length: 2\r\n\r\n{}")
-        self.close_connection = True
-
 
 MOVED = {"308": "307", "307": "0"}
 ERROR = {"_res": "err", "code": "E_BROKEN"}
 FAULTS = {
-    "199": Handler.interim,
+    "199": lambda self: self.hang_up(b"HTTP/1.1 199 Odd\r\nContent-Length: 2\r\n\r\n{}"),
     "299": lambda self: self.answer(299, DETAIL),
     "300": lambda self: self.answer(300, DETAIL),
     "500": lambda self: self.answer(500, b"<html>"),
@@ -279,7 +272,8 @@ FAULTS = {
     "b2": lambda self: self.flood(False),
     "d1": Handler.drip,
     "deaf": lambda self: time.sleep(60),
-    "dead": Handler.cut,
+    "dead": lambda self: self.hang_up(
+        b'HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\n{"_res":"ok"'),
     "ba5e": Handler.hang_up,
     "c00": lambda self: self.answer(200, DETAIL, ("Set-Cookie", "id=7")),
     "302a": lambda self: self.answer(302, b"", ("Location", "/ticket/299")),

@@ -17,11 +17,7 @@ int tell(const tamsel::Result<QString>& result) {
     return 0;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    QCommandLineParser line;
+void describe(QCommandLineParser& line) {
     line.setApplicationDescription(
         "keys KEYFILE       makes a key pair and prints its public half\n"
         "public KEYFILE     prints the public half of a key\n"
@@ -41,6 +37,14 @@ int main(int argc, char** argv) {
                      {"minimum-system", "oldest kernel release that it runs on", "release"},
                      {"hardware", "processors that it runs on, such as x86_64", "list"}});
     line.addHelpOption();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    QCommandLineParser line;
+    describe(line);
     line.process(application);
     const QStringList words = line.positionalArguments();
     const QString command = words.value(0);

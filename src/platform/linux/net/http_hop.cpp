@@ -105,6 +105,22 @@ void HttpHop::setUp(const QList<QHostAddress>& addresses) {
         set(CURLOPT_POSTFIELDSIZE_LARGE, curl_off_t{m_request.body.size()});
         set(CURLOPT_POSTFIELDS, m_request.body.constData());
     }
+    setUpHeaders();
+    setUpTls();
+    QByteArrayList numbers;
+    for (const QHostAddress& address : addresses)
+        numbers << address.toString().toLatin1();
+    if (QHostAddress(url.host()).isNull()) {
+        const int port = url.port(url.scheme() == u"https" ? 443 : 80);
+        m_resolved = curl_slist_append(nullptr, (url.host(QUrl::FullyEncoded).toLatin1() + ':' +
+                                                 QByteArray::number(port) + ':' + numbers.join(','))
+                                                    .constData());
+        set(CURLOPT_RESOLVE, m_resolved);
+    }
+    m_requests.loop().add(m_handle, *this);
+}
+
+void HttpHop::setUpHeaders() {
     // Nothing that the library would add by itself, and nothing that packs the answer: what arrives
     // is what was sent, and no small reply becomes a big one.
     QList<std::pair<QByteArray, QByteArray>> headers{
@@ -116,19 +132,7 @@ void HttpHop::setUp(const QList<QHostAddress>& addresses) {
     }
     for (const auto& [name, value] : headers)
         m_headers = curl_slist_append(m_headers, (name + ": " + value).trimmed().constData());
-    set(CURLOPT_HTTPHEADER, m_headers);
-    QByteArrayList numbers;
-    for (const QHostAddress& address : addresses)
-        numbers << address.toString().toLatin1();
-    if (QHostAddress(url.host()).isNull()) {
-        const int port = url.port(url.scheme() == u"https" ? 443 : 80);
-        m_resolved = curl_slist_append(nullptr, (url.host(QUrl::FullyEncoded).toLatin1() + ':' +
-                                                 QByteArray::number(port) + ':' + numbers.join(','))
-                                                    .constData());
-        set(CURLOPT_RESOLVE, m_resolved);
-    }
-    setUpTls();
-    m_requests.loop().add(m_handle, *this);
+    curl_easy_setopt(m_handle, CURLOPT_HTTPHEADER, m_headers);
 }
 
 void HttpHop::setUpTls() {

@@ -64,6 +64,7 @@ private:
 
     void lookedUp(const QList<QHostAddress>& addresses);
     void setUp(const QList<QHostAddress>& addresses);
+    void setUpHeaders();
     void setUpTls();
     void progressed() override;
     void ended(CURLcode code) override;
