@@ -72,14 +72,15 @@ NodeAccess whyDenied(mode_t mode, gid_t group, mode_t wanted, const Groups& grou
                : NodeAccess::noAccess;
 }
 
-NodeAccess inputAccess(std::span<const InputNode> nodes) {
+NodeAccess inputAccess(std::span<const InputNodeAccess> nodes) {
     const auto someAre = [nodes](NodeAccess access) {
         return std::any_of(nodes.begin(), nodes.end(),
-                           [access](const InputNode& node) { return node.access == access; });
+                           [access](const InputNodeAccess& node) { return node.access == access; });
     };
-    const bool readsKeyboard = std::any_of(nodes.begin(), nodes.end(), [](const InputNode& node) {
-        return node.isKeyboard && node.access == NodeAccess::ok;
-    });
+    const bool readsKeyboard =
+        std::any_of(nodes.begin(), nodes.end(), [](const InputNodeAccess& node) {
+            return node.isKeyboard && node.access == NodeAccess::ok;
+        });
     for (const NodeAccess denied : {NodeAccess::notInGroupYet, NodeAccess::noAccess}) {
         if (!readsKeyboard && someAre(denied))
             return denied;

@@ -32,7 +32,7 @@ struct Groups {
 NodeAccess whyDenied(mode_t mode, gid_t group, mode_t wanted, const Groups& groups);
 
 /// One of the machine's input devices.
-struct InputNode {
+struct InputNodeAccess {
     NodeAccess access = NodeAccess::noNode;
     bool isKeyboard = false;
 };
@@ -40,6 +40,6 @@ struct InputNode {
 /// What stands between somebody and the machine's input devices together. One keyboard that can be
 /// read is enough, whatever else is closed; a single open node that is none is not: a game
 /// controller is often all that a desktop opens to its user.
-NodeAccess inputAccess(std::span<const InputNode> nodes);
+NodeAccess inputAccess(std::span<const InputNodeAccess> nodes);
 
 } // namespace tamsel

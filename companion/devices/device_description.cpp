@@ -53,8 +53,11 @@ bool isOwnVirtualDevice(const libevdev* device) {
 
 bool hasMediaKeysOnly(const libevdev* device) {
     constexpr std::array<std::uint16_t, 3> volume{KEY_MUTE, KEY_VOLUMEDOWN, KEY_VOLUMEUP};
+    const bool hasVolume = std::any_of(volume.begin(), volume.end(), [device](std::uint16_t code) {
+        return has(device, EV_KEY, code);
+    });
     const Interfaces interfaces = classify(device);
-    return !interfaces.isKeyboard && !interfaces.isPointer && countKeys(device, volume) > 0 &&
+    return !interfaces.isKeyboard && !interfaces.isPointer && hasVolume &&
            ::libevdev_has_event_type(device, EV_SW) == 0 && !has(device, EV_KEY, BTN_JOYSTICK) &&
            !has(device, EV_KEY, BTN_GAMEPAD);
 }

@@ -143,7 +143,7 @@ NodeAccess DeviceWatch::driverAccess() const {
 NodeAccess DeviceWatch::inputAccess() const {
     if (m_folderAccess != NodeAccess::ok)
         return m_folderAccess;
-    std::vector<InputNode> nodes;
+    std::vector<InputNodeAccess> nodes;
     for (const auto& [name, node] : m_known) {
         const bool isKeyboard =
             node.told && std::any_of(node.told->entries.begin(), node.told->entries.end(),

@@ -54,7 +54,7 @@ void StartedCopy::afterFailureOf(const std::string& version, const std::string& 
 }
 
 void StartedCopy::asUsual(const std::string& folder) {
-    start({programOf(folder)}, -1);
+    start(folder, {});
 }
 
 bool StartedCopy::reports(const std::string& version, std::chrono::milliseconds patience) const {

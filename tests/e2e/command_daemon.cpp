@@ -21,6 +21,11 @@ public:
     Result<void> save(Order /*order*/) override { return {}; }
 };
 
+class NoOutput final : public VirtualDevice {
+public:
+    Result<void> write(std::span<const engine::OutputEvent> /*events*/) override { return {}; }
+};
+
 struct Input {
     BusServer& server;
     std::string pending = {};
@@ -55,7 +60,8 @@ Result<void> run() {
         return tl::unexpected(listener.error());
     NoMemory memory;
     const Log log = Log::standardError();
-    Core core(nullptr, memory, {}, [&log](const Error& error) { log.error(error.description()); });
+    NoOutput output;
+    Core core(output, memory, [&log](const Error& error) { log.error(error.description()); });
     BusServer server(loop->get(), *listener, core, log, mayTalk);
     if (auto started = server.start(); !started)
         return started;

@@ -149,6 +149,7 @@ TEST_F(CopiesTest, ACopyThatChangesIsNotTheOneThatIsRemembered) {
 TEST(ProgramStart, CountsWithAFrameAndACall) {
     struct AtOnce final : BackgroundQueue {
         void run(std::function<void()> task) override { task(); }
+        void finish() override {}
     } background;
     for (const bool frameFirst : {true, false}) {
         int pipe[2];

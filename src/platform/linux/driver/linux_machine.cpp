@@ -78,7 +78,7 @@ Node lookAtInput(const QString& root, const Groups& groups, bool isOther) {
     const QStringList names =
         QDir(folder).entryList({QStringLiteral("event*")}, QDir::System | QDir::Files);
     std::vector<Node> nodes;
-    std::vector<InputNode> rule;
+    std::vector<InputNodeAccess> rule;
     for (const QString& name : names) {
         nodes.push_back(look(folder + u'/' + name, readBit, groups, isOther));
         const QString keys =
