@@ -6,22 +6,20 @@ import json
 import os
 import shlex
 import signal
-import socket
 import subprocess
 import sys
 import threading
 import unittest
 
 from guardian import run_guarded
-from harness import (BUILD, DAEMON_INTERFACE, DAEMON_PATH, PATIENCE, Gio, GLib, Sandbox,
-                     wait_until)
+from harness import (BUILD, DAEMON_PATH, NOBODY, PATIENCE, Gio, GLib, SandboxTest, StandInDaemon,
+                     refused, ticks, wait_until)
 
 AGENT_PATH, AGENT_INTERFACE = "/app/tamsel/agent", "app.tamsel.TamselAgentProtocol"
 REGISTRY = "app.tamsel.TamselAgentRegistry"
 AGENT_XML = f"""<node><interface name="{AGENT_INTERFACE}"><method name="runCommand">
 <arg type="s" direction="in"/><arg type="b" direction="out"/></method></interface></node>"""
 LONGEST = 128 * 1024 - 1
-NOBODY = 65534
 # What a command finds itself to be, as JSON in a file that appears whole.
 PROBE = """
 import json, os, signal, sys
@@ -83,40 +81,25 @@ class HandAgent:
                                          GLib.VariantType("(b)"), 0, 10000, None).unpack()
 
 
-class RegistryOnGDBus:
+class RegistryOnGDBus(StandInDaemon):
     """An independent daemon, as far as an agent sees it."""
 
-    XML = f"""<node><interface name="{REGISTRY}"><method name="register">
+    INTROSPECTION = f"""<node><interface name="{REGISTRY}"><method name="register">
         <arg type="b" direction="out"/></method></interface></node>"""
 
-    def __init__(self, address):
-        self.agents = []
-        self.connections = []  # nobody else keeps them open
-        self.server = Gio.DBusServer.new_sync(
-            address, Gio.DBusServerFlags.NONE, Gio.dbus_generate_guid(), None, None)
-        self.server.connect("new-connection", self._connected)
-        self.server.start()
-
-    def _connected(self, _server, connection):
-        interface = Gio.DBusNodeInfo.new_for_xml(self.XML).interfaces[0]
-        connection.register_object(DAEMON_PATH, interface, self._registered, None, None)
-        self.connections.append(connection)
-        return True
-
-    def _registered(self, connection, _sender, _path, _interface, _method, _arguments, invocation):
-        self.agents.append(connection)
+    def _called(self, connection, _sender, _path, _interface, _method, _arguments, invocation):
+        self.calls.append(connection)
         invocation.return_value(GLib.Variant("(b)", (True,)))
 
     def run(self, command):
-        return self.agents[-1].call_sync(
+        return self.calls[-1].call_sync(
             None, AGENT_PATH, AGENT_INTERFACE, "runCommand", GLib.Variant("(s)", (command,)),
             GLib.VariantType("(b)"), 0, 20000, None).unpack()[0]
 
 
-class AgentTest(unittest.TestCase):
+class AgentTest(SandboxTest):
     def setUp(self):
-        self.sandbox = Sandbox()
-        self.addCleanup(self.sandbox.close)
+        super().setUp()
         self.lock = os.path.join(self.sandbox.env["XDG_RUNTIME_DIR"], "tamsel", "agent.lock")
         self.socket = self.sandbox.address.removeprefix("unix:path=")
 
@@ -145,12 +128,8 @@ class AgentTest(unittest.TestCase):
         process.wait()
 
     def refused(self, *arguments, **env):
-        ended = subprocess.run([os.path.join(BUILD, "bin", "tamsel-agent"), *arguments],
-                               env={**self.sandbox.env, **env}, capture_output=True, text=True,
-                               timeout=20 * PATIENCE)
-        self.assertNotEqual(ended.returncode, 0)
-        self.assertRegex(ended.stderr, r"\Atamsel-agent: [^\n]+\n\Z")
-        return ended.stderr
+        return refused([os.path.join(BUILD, "bin", "tamsel-agent"), *arguments],
+                       {**self.sandbox.env, **env})
 
     def test_a_command_starts_clean(self):
         with open(self.path("probe.py"), "w") as file:
@@ -184,17 +163,13 @@ class AgentTest(unittest.TestCase):
             self.appeared(f"made-{round}")
             self.kill(daemon.process)
             self.assertIsNone(agent.poll())
-        with open(f"/proc/{agent.pid}/stat") as file:
-            ticks = sum(map(int, file.read().rsplit(")", 1)[1].split()[11:13]))
-        self.assertLess(ticks, 50 * PATIENCE, "waiting costs nothing")
+        self.assertLess(ticks(agent.pid), 50 * PATIENCE, "waiting costs nothing")
 
     def test_with_the_real_daemon(self):
         agent = self.start_agent()
-        for _ in range(2):
-            daemon = self.sandbox.start("tamsel-daemon")
-            wait_until(lambda: self.connected() == 1, "the agent's connection")
-            self.assertEqual(HandAgent(self.sandbox.address).register(), (True,))
-            self.kill(daemon)
+        self.sandbox.start("tamsel-daemon")
+        wait_until(lambda: self.connected() == 1, "the agent's connection")
+        self.assertEqual(HandAgent(self.sandbox.address).register(), (True,))
         agent.terminate()
         self.assertEqual(agent.wait(10 * PATIENCE), 0)
 
@@ -221,7 +196,7 @@ class AgentTest(unittest.TestCase):
     def test_what_it_does_not_run(self):
         daemon = RegistryOnGDBus(self.sandbox.address)
         agent = self.start_agent()
-        wait_until(lambda: daemon.agents, "the agent to announce itself")
+        wait_until(lambda: daemon.calls, "the agent to announce itself")
         self.assertIs(daemon.run(""), False)
         self.assertIs(daemon.run("x" * (LONGEST + 1)), False)
         padded = f"exec touch {self.path('long')} #"

@@ -1,7 +1,9 @@
 """A private desktop (X server, session bus, accessibility bus), and a window driven through it."""
 
+import os
 import subprocess
 import time
+import unittest
 
 import gi
 
@@ -9,7 +11,7 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi  # noqa: E402
 
 from guardian import run_guarded
-from harness import wait_until
+from harness import SENT, SandboxTest, other_output, wait_for_line, wait_until
 
 
 def run_in_desktop():
@@ -88,11 +90,17 @@ class Window:
         wait_until(lambda: act(node), f"{role} “{name}” to take a press")
         return node
 
-    def is_checked(self, role, name):
-        return self.find(role, name).get_state_set().contains(Atspi.StateType.CHECKED)
+    def has(self, state, role, name):
+        return self.find(role, name).get_state_set().contains(state)
 
-    def screenshot(self, path):
-        subprocess.run(["import", "-window", "root", path], check=False)
+    def is_checked(self, role, name):
+        return self.has(Atspi.StateType.CHECKED, role, name)
+
+    def is_selected(self, page):
+        return self.has(Atspi.StateType.SELECTED, "page tab", page)
+
+    def focused(self, role, name):
+        wait_until(lambda: self.has(Atspi.StateType.FOCUSED, role, name), f"the focus on {name}")
 
 
 def act(node):
@@ -117,3 +125,30 @@ def type_keys(*keys):
 def type_text(text):
     subprocess.run(["xdotool", "type", "--delay", "20", text], check=True)
     time.sleep(0.05)
+
+
+class WindowTest(SandboxTest):
+    def start(self, page=None, **env):
+        self.app = start_app(self.sandbox, **env)
+        wait_for_line(self.app, SENT)
+        self.window = Window(self.app)
+        focus_window()
+        if page:
+            self.window.press("page tab", page)
+
+    def start_weston(self):
+        """A Wayland compositor inside this desktop; gives what a program needs to be its client."""
+        self.sandbox.start(
+            "/usr/bin/weston", "--backend=x11-backend.so", "--use-pixman", "--width=1240",
+            "--height=860", "--socket=wayland-test")
+        socket = os.path.join(self.sandbox.env["XDG_RUNTIME_DIR"], "wayland-test")
+        wait_until(lambda: os.path.exists(socket), "the compositor")
+        return {"QT_QPA_PLATFORM": "wayland", "WAYLAND_DISPLAY": "wayland-test"}
+
+    def calm(self):
+        self.assertEqual(other_output(self.app), [], "the toolkit printed warnings")
+
+
+def run_tests():
+    run_in_desktop()
+    unittest.main(verbosity=2)

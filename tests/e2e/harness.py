@@ -3,6 +3,7 @@
 import contextlib
 import json
 import os
+import re
 import shutil
 import signal
 import sqlite3
@@ -10,6 +11,7 @@ import subprocess
 import tempfile
 import threading
 import time
+import unittest
 
 import gi
 
@@ -23,6 +25,8 @@ APP_PATH = "/app/tamsel/app"
 APP_INTERFACE = "app.tamsel.TamselAppCallbackProtocol"
 KEYBOARD = {"vendorID": 1133, "productID": 50475, "product": "Keyboard", "manufacturer": "Maker",
             "transport": "usb", "isSeized": False, "isAllowed": True, "isMouse": False}
+SENT = "[DaemonXPC] 配置發送成功"
+NOBODY = 65534  # another user
 # Sanitized programs are several times slower.
 SANITIZED = os.environ.get("TAMSEL_SANITIZED") == "1"
 PATIENCE = 4.0 if SANITIZED else 1.0
@@ -38,6 +42,20 @@ def wait_until(condition, what, timeout=10.0):
         if time.monotonic() > deadline:
             raise AssertionError(f"timed out waiting for {what}")
         time.sleep(0.01)
+
+
+def refused(command, env):
+    """Runs a program that cannot start and returns its one line."""
+    ended = subprocess.run(command, env=env, capture_output=True, text=True, timeout=20 * PATIENCE)
+    assert ended.returncode != 0
+    assert re.fullmatch(os.path.basename(command[0]) + r": [^\n]+\n", ended.stderr), ended.stderr
+    return ended.stderr
+
+
+def ticks(pid):
+    """The processors' time that the process has had."""
+    with open(f"/proc/{pid}/stat", encoding="utf-8") as stat:
+        return sum(map(int, stat.read().rsplit(")", 1)[1].split()[11:13]))
 
 
 class Sandbox:
@@ -57,7 +75,7 @@ class Sandbox:
             os.mkdir(path, 0o700)
             self.env["XDG_RUNTIME_DIR" if name == "RUNTIME" else f"XDG_{name}_HOME"] = path
 
-    def start(self, program, *arguments, **env):
+    def start(self, program, *arguments, stdin=subprocess.DEVNULL, **env):
         """Starts a program of the build, or another by its path; its standard error goes to a file
         of its own."""
         number = len(self.processes)
@@ -65,7 +83,7 @@ class Sandbox:
         with open(log, "wb") as stderr:
             process = subprocess.Popen(
                 [os.path.join(BUILD, "bin", program), *arguments], env={**self.env, **env},
-                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=stderr)
+                stdin=stdin, stdout=subprocess.DEVNULL, stderr=stderr)
         process.log = log
         self.processes.append(process)
         return process
@@ -119,14 +137,21 @@ class Sandbox:
 def log_lines(process):
     """The texts of a program's log lines so far, without their times."""
     with open(process.log, encoding="utf-8", errors="replace") as log:
-        return [line.rstrip("\n").split("] ", 1)[-1] if line.startswith("[") else line.rstrip("\n")
-                for line in log]
+        return [re.sub(r"^\[.*?\] ", "", line.rstrip("\n")) for line in log]
 
 
 def other_output(process):
     """What a program wrote that is no log line: warnings of its libraries, say."""
     with open(process.log, encoding="utf-8", errors="replace") as log:
         return [line for line in log if not line.startswith("[")]
+
+
+def lines(path):
+    """Those in a file that may not be there yet."""
+    if not os.path.exists(path):
+        return []
+    with open(path, encoding="utf-8") as file:
+        return file.read().splitlines()
 
 
 def wait_for_line(process, text, count=1, timeout=10.0):
@@ -162,11 +187,7 @@ class SimulatedDaemon:
         self.process.wait()
 
     def output(self):
-        path = os.path.join(self.folder, "out")
-        if not os.path.exists(path):
-            return []
-        with open(path, encoding="utf-8") as file:
-            return file.read().splitlines()
+        return lines(os.path.join(self.folder, "out"))
 
     def comes_out(self, keys, expected, timeout=10):
         """What the keys' presses and releases ("57 down") come out as."""
@@ -309,26 +330,21 @@ class StandInDaemon:
             Gio.DBusCallFlags.NONE, 5000, None).unpack()
 
 
-class Hitches:
-    """While it lasts the application is asked time and again for an answer that its main thread
-    gives; afterwards `worst` is the longest wait in seconds."""
+class SandboxTest(unittest.TestCase):
+    def setUp(self):
+        self.sandbox = Sandbox()
+        self.addCleanup(self.sandbox.close)
 
-    def __init__(self, daemon):
-        self.daemon = daemon
-        self.worst = 0.0
+    def stand_in(self):
+        self.daemon = StandInDaemon(self.sandbox.address)
+        self.addCleanup(self.daemon.die)
+        return self.daemon
 
-    def __enter__(self):
-        self.ends = threading.Event()
-        self.thread = threading.Thread(target=self._ask)
-        self.thread.start()
-        return self
-
-    def _ask(self):
-        while not self.ends.wait(0.002):
-            started = time.monotonic()
-            self.daemon.ask_app("openURL", GLib.Variant("(sd)", ("a:b", 0.0)), "(b)")
-            self.worst = max(self.worst, time.monotonic() - started)
-
-    def __exit__(self, *_):
-        self.ends.set()
-        self.thread.join()
+    def put_opener(self, script=""):
+        """An opener of our own stands first in the PATH; gives what it was asked to open so far."""
+        path, opener = (os.path.join(self.sandbox.folder, name) for name in ("opened", "xdg-open"))
+        with open(opener, "w", encoding="utf-8") as file:
+            file.write(f'#!/bin/sh\necho "$1" >> {path}\n{script}')
+        os.chmod(opener, 0o755)
+        self.sandbox.env["PATH"] = self.sandbox.folder + ":" + self.sandbox.env["PATH"]
+        return lambda: lines(path)

@@ -2,18 +2,14 @@
 what a held key must not do, with real keys, under an X server and in a Wayland compositor."""
 
 import json
-import os
 import plistlib
 import subprocess
 import time
-import unittest
 
 import desktop
-import harness
-from desktop import Window, focus_window, type_keys
-from harness import Sandbox, StandInDaemon, wait_for_line, wait_until
+from desktop import Window, WindowTest, focus_window, type_keys
+from harness import SENT, wait_for_line, wait_until
 
-SENT = "[DaemonXPC] 配置發送成功"
 HINT = "Press any key · Esc to cancel"
 # Long enough for the auto-repeat of any server to begin and to go on.
 HELD = 1.2
@@ -44,12 +40,10 @@ def mapping(number):
             "to": {"keyCode": 30, "modifiers": []}}
 
 
-class HeldKeys(unittest.TestCase):
+class HeldKeys(WindowTest):
     def setUp(self):
-        self.sandbox = Sandbox()
-        self.addCleanup(self.sandbox.close)
-        self.daemon = StandInDaemon(self.sandbox.address)
-        self.addCleanup(self.daemon.die)
+        super().setUp()
+        self.stand_in()
 
     def start(self, page, wayland, mappings=0, combos=0):
         subprocess.run(["xset", "r", "on"], check=True)
@@ -68,12 +62,7 @@ class HeldKeys(unittest.TestCase):
     def compositor(self):
         """Another desktop inside this one; its keys are this server's, which its clients repeat."""
         subprocess.run(["xset", "r", "off"], check=True)
-        self.sandbox.start(
-            "/usr/bin/weston", "--backend=x11-backend.so", "--use-pixman", "--width=1240",
-            "--height=860", "--socket=wayland-test")
-        socket = os.path.join(self.sandbox.env["XDG_RUNTIME_DIR"], "wayland-test")
-        wait_until(lambda: os.path.exists(socket), "the compositor")
-        return {"QT_QPA_PLATFORM": "wayland", "WAYLAND_DISPLAY": "wayland-test"}
+        return self.start_weston()
 
     def on_both(self, test):
         for wayland in (False, True):
@@ -228,5 +217,4 @@ class HeldKeys(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    desktop.run_in_desktop()
-    unittest.main(verbosity=2)
+    desktop.run_tests()

@@ -2,16 +2,13 @@
 flood of events."""
 
 import statistics
-import subprocess
 import time
-import unittest
 
 import desktop
 import harness
-from desktop import Window, focus_window, type_keys
-from harness import Sandbox, StandInDaemon, wait_for_line, wait_until
+from desktop import WindowTest, focus_window, type_keys
+from harness import wait_until
 
-SENT = "[DaemonXPC] 配置發送成功"
 PLACEHOLDER = "Click here and press any key..."
 
 
@@ -28,22 +25,11 @@ def machine_ticks():
     return ticks[3] + ticks[4], sum(ticks)
 
 
-def processor_time(process):
-    """The processors' time that its main thread has had, in seconds."""
-    with open(f"/proc/{process.pid}/task/{process.pid}/schedstat", encoding="ascii") as stat:
-        return int(stat.read().split()[0]) / 1e9
-
-
-class KeyViewer(unittest.TestCase):
+class KeyViewer(WindowTest):
     def setUp(self):
-        self.sandbox = Sandbox()
-        self.addCleanup(self.sandbox.close)
-        self.daemon = StandInDaemon(self.sandbox.address)
-        self.addCleanup(self.daemon.die)
-        self.app = desktop.start_app(self.sandbox)
-        wait_for_line(self.app, SENT)
-        self.window = Window(self.app)
-        focus_window()
+        super().setUp()
+        self.stand_in()
+        self.start()
 
     def rows(self):
         """The rows in sight from top to bottom; the list makes them in any order."""
@@ -55,19 +41,14 @@ class KeyViewer(unittest.TestCase):
         type_keys("5", "k")
         self.window.find("label", "No events yet. Press any key to start.")
         focus_window("^Key Viewer$")
-        wait_until(lambda: self.window.find(None, PLACEHOLDER).get_state_set().contains(
-            desktop.Atspi.StateType.FOCUSED), "the focus on the input area")
-
-    def selected(self, page):
-        return self.window.find("page tab", page).get_state_set().contains(
-            desktop.Atspi.StateType.SELECTED)
+        self.window.focused(None, PLACEHOLDER)
 
     def test_shows_what_the_daemon_reports(self):
         self.open_viewer()
         self.window.find("label", "Daemon")
         # The application's own keys are the daemon's to report, and none of them acts.
         type_keys("1", "a", "k", "Tab", "space", "Return", "Escape", "F6")
-        self.assertTrue(self.selected("About"))
+        self.assertTrue(self.window.is_selected("About"))
         self.assertEqual(self.rows(), [])
         for event in ((57, True, 2, 224, True), (57, False, 2, 224, True), (5, True, 1, 5, False),
                       (4097, True, 0, 4097, False), (128, True, 3, 128, False)):
@@ -103,13 +84,7 @@ class KeyViewer(unittest.TestCase):
         self.window.gone(None, PLACEHOLDER)
         wait_until(lambda: "unsubscribeKeyViewer" in self.daemon.calls, "the end of it")
         self.assertEqual(self.daemon.calls.count("subscribeKeyViewer"), before)
-        self.assertEqual(harness.other_output(self.app), [], "the toolkit printed warnings")
-
-    def delay(self):
-        """How long the application's main thread lets a question wait."""
-        asked = time.monotonic()
-        self.daemon.ask_app("requestClipboardText", None, "(bs)")
-        return time.monotonic() - asked
+        self.calm()
 
     def test_a_flood_of_events(self):
         """1,000 events a second for ten seconds, with the viewer and a recorder open."""
@@ -119,19 +94,19 @@ class KeyViewer(unittest.TestCase):
         delays = []
         settled = 0
         idle, total = machine_ticks()
-        used = processor_time(self.app)
         start = time.monotonic()
         for number in range(10_000):
             usage = 4 + number % 26
             self.daemon.tell_key(usage, number % 2 == 0, 0, usage, False)
             if number % 100 == 99:
                 # A call in the same order as the events: its answer has waited for them.
-                delays.append(self.delay())
+                asked = time.monotonic()
+                self.daemon.ask_app("requestClipboardText", None, "(bs)")
+                delays.append(time.monotonic() - asked)
             if number == 3000:
                 settled = memory(self.app)
             time.sleep(max(0.0, start + (number + 1) / 1000 - time.monotonic()))
         grown = memory(self.app) - settled
-        used = (processor_time(self.app) - used) / (time.monotonic() - start)
         idle, total = (after - before for after, before in zip(machine_ticks(), (idle, total)))
         expected = [f"{'down' if n % 2 == 0 else 'up'}, {chr(ord('a') + n % 26)}, Other, "
                     f"passthrough, {chr(ord('a') + n % 26)}" for n in range(9970, 10_000)]
@@ -139,11 +114,6 @@ class KeyViewer(unittest.TestCase):
         self.assertEqual(self.rows(), expected[-len(self.rows()):])
         # Others may take the processors for seconds at a time; the calmest three seconds are ours.
         medians = sorted(statistics.median(delays[n:n + 10]) for n in range(0, 100, 10))
-        delays.sort()
-        print(f"median delay {delays[50] * 1000:.1f} ms, 95 % {delays[95] * 1000:.1f} ms, calmest "
-              f"seconds {medians[0] * 1000:.1f} to {medians[2] * 1000:.1f} ms, main thread busy "
-              f"{used:.0%}, machine idle {idle / total:.0%}, memory grown by {grown} kB",
-              flush=True)
         if harness.SANITIZED:  # keeps what is freed for a while, and can't keep up everywhere
             return
         self.assertLess(grown, 4000)
@@ -152,5 +122,4 @@ class KeyViewer(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    desktop.run_in_desktop()
-    unittest.main(verbosity=2)
+    desktop.run_tests()

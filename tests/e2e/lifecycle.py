@@ -1,4 +1,4 @@
-"""The application's life: the check of the daemon's build, one instance, hiding in the tray and
+"""The application's life: one instance, hiding in the tray and
 coming back, quitting, and how little it does meanwhile."""
 
 import os
@@ -6,14 +6,13 @@ import re
 import signal
 import subprocess
 import time
-import unittest
 
 from gi.repository import Gio, GLib
 
 import desktop
 import harness
-from desktop import Window, focus_window, type_keys, x11_windows
-from harness import Sandbox, StandInDaemon, log_lines, wait_for_line, wait_until
+from desktop import Window, WindowTest, focus_window, type_keys, x11_windows
+from harness import log_lines, wait_for_line, wait_until
 
 CONFIGURED = "[AppDelegate] Daemon 設置完成，版本: 1"
 ENDED = "[AppDelegate] App 退出，XPC 已斷開"
@@ -108,18 +107,9 @@ def switches(process):
     return total
 
 
-class Lifecycle(unittest.TestCase):
-    def setUp(self):
-        self.sandbox = Sandbox()
-        self.addCleanup(self.sandbox.close)
-
-    def daemon(self, sandbox=None):
-        daemon = StandInDaemon((sandbox or self.sandbox).address)
-        self.addCleanup(daemon.die)
-        return daemon
-
+class Lifecycle(WindowTest):
     def start_configured(self, *arguments, **env):
-        daemon = self.daemon()
+        daemon = self.stand_in()
         app = desktop.start_app(self.sandbox, *arguments, **env)
         wait_for_line(app, CONFIGURED)
         return daemon, app
@@ -129,17 +119,6 @@ class Lifecycle(unittest.TestCase):
         app = desktop.start_app(self.sandbox, *arguments)
         self.assertEqual(app.wait(10 * harness.PATIENCE), 0, log_lines(app))
         self.assertEqual(log_lines(app), [])
-
-    def helper(self, *command, **options):
-        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                   **options)
-
-        def end():
-            if process.poll() is None:
-                process.kill()
-            process.wait()
-        self.addCleanup(end)
-        return process
 
     def hidden(self):
         wait_until(lambda: not x11_windows(), "the window to go")
@@ -152,27 +131,6 @@ class Lifecycle(unittest.TestCase):
         self.assertEqual(app.wait(10 * harness.PATIENCE), 0)
         self.assertEqual(log_lines(app)[-1], ENDED)
         self.assertEqual(harness.other_output(app), [], "the toolkit printed warnings")
-
-    def test_a_stale_daemon_is_restarted_once(self):
-        starts = []
-        for version in ("0", None):
-            sandbox = Sandbox()
-            self.addCleanup(sandbox.close)
-            daemon = self.daemon(sandbox)
-            daemon.version = version
-            starts.append((daemon, sandbox.start_app(), version))
-        for daemon, app, version in starts:
-            verdict = "[AppDelegate] Daemon 版本查詢超時（舊版本），重啟 daemon" if version is None \
-                else "[AppDelegate] Daemon 版本不一致（daemon=0 app=1），重啟 daemon"
-            wait_for_line(app, "[AppDelegate] Daemon 已重啟並重連", timeout=15)
-            self.assertEqual(log_lines(app).count(verdict), 1)
-            self.assertEqual(log_lines(app).count("[DaemonMgr] Daemon 已取消註冊"), 1)
-            wait_until(lambda daemon=daemon: daemon.configs, "the configuration")
-        time.sleep(3)
-        for daemon, app, _ in starts:
-            self.assertEqual(daemon.calls.count("getVersion"), 1)
-            self.assertEqual(len(daemon.configs), 1)
-            self.assertEqual(log_lines(app).count("[AppDelegate] Daemon 已重啟並重連"), 1)
 
     def test_a_second_start_hands_over_to_the_first(self):
         _, app = self.start_configured("tamsel://mapping")
@@ -210,7 +168,7 @@ class Lifecycle(unittest.TestCase):
         wait_for_line(desktop.start_app(self.sandbox), CONFIGURED)
 
     def test_of_many_starts_at_once_one_stays(self):
-        self.daemon()
+        self.stand_in()
         apps = [desktop.start_app(self.sandbox, "tamsel://combo") for _ in range(6)]
         wait_until(lambda: sum(app.poll() is None for app in apps) == 1, "the others to end", 20)
         first, = (app for app in apps if app.poll() is None)
@@ -266,7 +224,7 @@ class Lifecycle(unittest.TestCase):
         self.end(app)
 
     def test_it_lives_in_a_tray_of_the_x_server(self):
-        self.helper("openbox")
+        self.sandbox.start("/usr/bin/openbox")
         wait_until(lambda: "window id" in subprocess.run(
             ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], capture_output=True, text=True,
             check=False).stdout, "the window manager")
@@ -282,7 +240,7 @@ class Lifecycle(unittest.TestCase):
         type_keys("ctrl+q")
         wait_until(lambda: "Iconic" in state(), "the window to be minimised")
         # A tray that comes later is taken.
-        tray = self.helper("trayer", "--height", "24")
+        tray = self.sandbox.start("/usr/bin/trayer", "--height", "24")
         wait_until(lambda: "Iconic" not in state(), "the window to go")
 
         def point_at_icon(*then):
@@ -305,13 +263,8 @@ class Lifecycle(unittest.TestCase):
         self.end(app)
 
     def test_it_lives_on_wayland(self):
-        self.helper("weston", "--backend=x11-backend.so", "--use-pixman", "--width=1240",
-                    "--height=860", "--socket=wayland-test", env={**os.environ, **self.sandbox.env})
-        socket = os.path.join(self.sandbox.env["XDG_RUNTIME_DIR"], "wayland-test")
-        wait_until(lambda: os.path.exists(socket), "the compositor")
-        self.daemon()
-        wayland = {"QT_QPA_PLATFORM": "wayland", "WAYLAND_DISPLAY": "wayland-test"}
-        app = self.sandbox.start("tamsel", **wayland)
+        self.stand_in()
+        app = self.sandbox.start("tamsel", **self.start_weston())
 
         def share():
             """How much of the screen has the window's colour."""
@@ -369,5 +322,4 @@ class Lifecycle(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    desktop.run_in_desktop()
-    unittest.main(verbosity=2)
+    desktop.run_tests()

@@ -11,8 +11,9 @@ from gi.repository import Gio, GLib
 
 import harness
 from guardian import run_guarded
-from harness import BUILD, Sandbox, log_lines, wait_until
+from harness import BUILD, SENT, SandboxTest, log_lines, wait_until
 
+DATA = os.path.join(os.path.dirname(__file__), "..", "..", "data")
 UNITS = {"system": "app.tamsel.daemon.service", "session": "app.tamsel.agent.service"}
 MANAGER = "org.freedesktop.systemd1.Manager"
 INTERACTIVE = Gio.DBusMessageFlags.ALLOW_INTERACTIVE_AUTHORIZATION
@@ -32,14 +33,9 @@ class Probe:
     """The services as the application sees them; obeys words, and its lines are read in order."""
 
     def __init__(self, sandbox, *arguments, **env):
-        log = os.path.join(sandbox.folder, f"probe-{len(sandbox.processes)}.err")
-        with open(log, "wb") as stderr:
-            self.process = subprocess.Popen(
-                [os.path.join(BUILD, "tests", "service_probe"), *arguments],
-                env={**sandbox.env, "QT_QPA_PLATFORM": "offscreen", **env}, stdin=subprocess.PIPE,
-                stdout=subprocess.DEVNULL, stderr=stderr)
-        self.process.log = log
-        sandbox.processes.append(self.process)
+        self.process = sandbox.start(
+            os.path.join(BUILD, "tests", "service_probe"), *arguments, stdin=subprocess.PIPE,
+            **{"QT_QPA_PLATFORM": "offscreen", **env})
         self.read = 0
 
     def close(self):
@@ -191,10 +187,9 @@ class PlayedSystemd:
                                               {"ActiveState": GLib.Variant("s", active)}, [])))
 
 
-class Units(unittest.TestCase):
+class Units(SandboxTest):
     def setUp(self):
-        self.sandbox = Sandbox()
-        self.addCleanup(self.sandbox.close)
+        super().setUp()
         self.daemon = PlayedSystemd(UNITS["system"])
         self.addCleanup(self.daemon.close)
         self.agent = PlayedSystemd(UNITS["session"])
@@ -326,6 +321,7 @@ class Units(unittest.TestCase):
     def test_the_unit_files_are_sound(self):
         folder = os.path.join(self.sandbox.folder, "units")
         os.mkdir(folder)
+        shutil.copy(os.path.join(DATA, "systemd", "app.tamsel.daemon.socket"), folder)
         for scope, unit in (("--system", UNITS["system"]), ("--user", UNITS["session"])):
             with open(os.path.join(BUILD, "data", "systemd", unit), encoding="utf-8") as file:
                 text = file.read()
@@ -342,10 +338,9 @@ class Units(unittest.TestCase):
             self.assertEqual(complaints, [])
 
 
-class OwnPrograms(unittest.TestCase):
+class OwnPrograms(SandboxTest):
     def setUp(self):
-        self.sandbox = Sandbox()
-        self.addCleanup(self.sandbox.close)
+        super().setUp()
         del self.sandbox.env["TAMSEL_DAEMON_ADDRESS"]
         # Copies, so that what runs them can be told from everything else on this machine.
         self.programs = os.path.join(self.sandbox.folder, "programs")
@@ -464,7 +459,7 @@ class OwnPrograms(unittest.TestCase):
             app = self.sandbox.start(application, QT_QPA_PLATFORM="offscreen",
                                      TAMSEL_BUNDLE=os.path.join(BUILD, "share", "tamsel"))
             harness.wait_for_line(app, RUNNING)
-            harness.wait_for_line(app, "[DaemonXPC] 配置發送成功")
+            harness.wait_for_line(app, SENT)
             app.send_signal(end)
             app.wait(10 * harness.PATIENCE)
             # A crash leaves them; the next run finds them and, not having started them, leaves
@@ -475,7 +470,7 @@ class OwnPrograms(unittest.TestCase):
         wait_until(lambda: not self.running("tamsel-daemon"), "the daemon's end")
         app = self.sandbox.start(application, QT_QPA_PLATFORM="offscreen",
                                      TAMSEL_BUNDLE=os.path.join(BUILD, "share", "tamsel"))
-        harness.wait_for_line(app, "[DaemonXPC] 配置發送成功")
+        harness.wait_for_line(app, SENT)
         app.send_signal(signal.SIGTERM)
         self.assertEqual(app.wait(10 * harness.PATIENCE), 0)
         self.assertEqual(self.running("tamsel-daemon"), [])

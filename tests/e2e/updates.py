@@ -10,12 +10,11 @@ import ssl
 import subprocess
 import threading
 import time
-import unittest
 
 import desktop
 import harness
-from desktop import Window, focus_window, type_keys, type_text
-from harness import BUILD, Sandbox, StandInDaemon, wait_for_line, wait_until
+from desktop import Window, focus_window, type_keys
+from harness import BUILD, SandboxTest, wait_for_line, wait_until
 
 RELEASE = os.path.join(BUILD, "bin", "tamsel-release")
 
@@ -68,12 +67,10 @@ class Restarted:
             return 0  # reaped, perhaps while this read
 
 
-class Updates(unittest.TestCase):
+class Updates(SandboxTest):
     def setUp(self):
-        self.sandbox = Sandbox()
-        self.addCleanup(self.sandbox.close)
-        self.daemon = StandInDaemon(self.sandbox.address)
-        self.addCleanup(self.daemon.die)
+        super().setUp()
+        self.stand_in()
         self.served = f"{self.sandbox.folder}/served"
         os.mkdir(self.served)
         self.key = f"{self.sandbox.folder}/key"
@@ -141,9 +138,7 @@ class Updates(unittest.TestCase):
         self.publish()
         SlowFiles.pause = 0.05
         self.sandbox.put(1, "DisableAutoUpdateCheck")
-        tray = subprocess.Popen("trayer", stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        self.addCleanup(tray.wait)
-        self.addCleanup(tray.kill)
+        self.sandbox.start("/usr/bin/trayer")
         app, window = self.start()
         window.find("label", "v1.0.0 (Build 1)")
         window.press("push button", "Check Update")
@@ -216,10 +211,6 @@ class Updates(unittest.TestCase):
         app, window = self.start()
         focus_window()
         window.find("text", "What's New")
-        for key, shown in (("l", ("push button", "Copy All")), ("d", ("push button", "Uninstall")),
-                           ("w", ("text", "What's New"))):
-            type_keys(key)
-            window.find(*shown)
         # A server without a feed: the row says so; the check after it is not refused.
         type_keys("u")
         window.find(None, "The update server refused (status 404).")
@@ -232,15 +223,6 @@ class Updates(unittest.TestCase):
         type_keys("u")
         window.find(None, "The update is not the one that was announced.")
         self.assertEqual(self.beside(), ["tamsel"])
-        # A field has its letters to itself.
-        type_keys("k")
-        focus_window("^Key Viewer$")
-        wait_until(lambda: window.find(None, "Click here and press any key...").get_state_set()
-                   .contains(desktop.Atspi.StateType.FOCUSED), "the viewer to listen")
-        type_keys("l", "u")
-        type_keys("ctrl+w")
-        focus_window()
-        window.find("text", "What's New")
         window.press("page tab", "Logs")
         window.press("push button", "Clear")
         window.find("label", "No logs yet. Logs will be recorded automatically during operations.")
@@ -256,5 +238,4 @@ class Updates(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    desktop.run_in_desktop()
-    unittest.main(verbosity=2)
+    desktop.run_tests()

@@ -4,21 +4,15 @@ devices, and a person's hands on the accessibility bus and the keyboard."""
 import plistlib
 import signal
 import subprocess
-import unittest
 
 import desktop
 import harness
-from desktop import Window, focus_window, type_keys
-from harness import Sandbox, SimulatedDaemon, wait_for_line, wait_until
-
-SENT = "[DaemonXPC] 配置發送成功"
+from desktop import Window, WindowTest, focus_window, type_keys
+from harness import SENT, SimulatedDaemon, wait_for_line, wait_until
 
 
-class TheWindow(unittest.TestCase):
-    def setUp(self):
-        self.sandbox = Sandbox()
-        self.addCleanup(self.sandbox.close)
 
+class TheWindow(WindowTest):
     def choose_key(self, window, field, key):
         window.press("combo box", field)
         window.press("list item", key, showing=False)  # entries out of sight are there, too
@@ -66,8 +60,7 @@ class TheWindow(unittest.TestCase):
         self.assertEqual(harness.other_output(app), [], "the toolkit printed warnings")
 
     def test_the_keyboard_alone_does_it(self):
-        daemon = harness.StandInDaemon(self.sandbox.address)
-        self.addCleanup(daemon.die)
+        daemon = self.stand_in()
         app = desktop.start_app(self.sandbox)
         window = Window(app)
         wait_for_line(app, SENT)
@@ -90,15 +83,13 @@ class TheWindow(unittest.TestCase):
         self.assertEqual(plistlib.loads(self.sandbox.stored())["mappings"], [])
         for key, page in (("3", "Combo"), ("1", "Dash"), ("5", "About"), ("4", "Devices")):
             type_keys(key)
-            wait_until(lambda page=page: window.find("page tab", page).get_state_set().contains(
-                desktop.Atspi.StateType.SELECTED), f"the page {page}")
+            wait_until(lambda page=page: window.is_selected(page), f"the page {page}")
 
     def test_shows_whether_the_daemon_is_there(self):
         app = desktop.start_app(self.sandbox)
         window = Window(app)
         window.find("heading", "Checking permissions...")
-        daemon = harness.StandInDaemon(self.sandbox.address)
-        self.addCleanup(daemon.die)
+        daemon = self.stand_in()
         window.find("label", "Running normally")
         daemon.die()
         window.find("heading", "Background service not responding", timeout=20)
@@ -107,8 +98,7 @@ class TheWindow(unittest.TestCase):
         window.gone("heading", "Background service not responding")
 
     def test_the_clipboards_text_of_another_program(self):
-        daemon = harness.StandInDaemon(self.sandbox.address)
-        self.addCleanup(daemon.die)
+        daemon = self.stand_in()
         app = desktop.start_app(self.sandbox)
         wait_for_line(app, SENT)
         # Another X client owns the clipboard; large texts travel in pieces.
@@ -139,5 +129,4 @@ class TheWindow(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    desktop.run_in_desktop()
-    unittest.main(verbosity=2)
+    desktop.run_tests()

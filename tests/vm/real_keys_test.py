@@ -6,7 +6,7 @@ import unittest
 from daemon_machine import BUILT_IN, PS2_KEYBOARD, USB_KEYBOARD, VIRTUAL, boot, cfg, mapping
 
 CAPS_IS_CONTROL = mapping(57, 224)
-ODD, LONELY, LID, BOTH = "Odd Keyboard", "Lonely Keyboard", "Lid Keyboard", "Two In One"
+ODD, LONELY = "Odd Keyboard", "Lonely Keyboard"
 SIGKILL, SIGTERM, SIGCONT, SIGSTOP = 9, 15, 18, 19
 # Bus USB, a vendor, and what a keyboard has: 255 keys, and the lights.
 KEYBOARD = "1:1-254 4:4 17:0-4"
@@ -151,8 +151,7 @@ class RealKeys(unittest.TestCase):
             self.emit("odd", "1/58/1")
             self.machine.expect("out", "1/29/1")
             self.machine.watch("other", ODD)
-            self.machine.ask("signal", "daemon", number)
-            self.machine.until(lambda: self.machine.taken("daemon"), "the daemon's end")
+            self.end_daemon(number)
             self.assertNotIn(VIRTUAL, self.machine.names())
             self.machine.ask("grab", "other", 1)
             self.machine.ask("grab", "other", 0)
@@ -191,26 +190,6 @@ class RealKeys(unittest.TestCase):
         machine.wait_seized(LONELY)
         machine.ask("unwatch", "other")
         machine.ask("drop", "lonely")
-
-    def test_an_excluded_keyboard_is_left_alone(self):
-        excluded = {"vendorID": 0x1234, "productID": 1, "product": "whatever"}
-        self.use(cfg(CAPS_IS_CONTROL, excludedKeyboards=[excluded]), seized=None)
-        self.machine.wait_seized(ODD, seized=False)
-        self.machine.watch("other", ODD)
-        self.emit("odd", "1/58/1")
-        self.emit("odd", "1/58/0")
-        self.machine.expect("other", "1/58/1", "1/58/0")
-        self.assertEqual(self.machine.taken("out"), [])
-        self.machine.ask("unwatch", "other")
-        self.use(cfg(CAPS_IS_CONTROL))
-
-    def test_a_device_with_a_switch_is_out_of_reach(self):
-        self.make("lid", LID, 25, 0x1234, 3, KEYBOARD + " 5:0-1")
-        lid = self.machine.until(lambda: [each for each in self.machine.devices()
-                                          if each["product"] == LID], "the device")
-        self.assertEqual([(each["isAllowed"], each["isSeized"]) for each in lid],
-                         [(False, False)])
-        self.machine.ask("drop", "lid")
 
     def test_events_that_the_kernel_dropped_are_made_up_for(self):
         self.emit("odd", "1/42/1")

@@ -12,9 +12,8 @@ TEST_SHARE_GOAL = 40
 TEST_SHARE = 43.0
 # What is still larger, with the size that it must not pass on its way down.
 LARGER_FILES = {
-    "tests/e2e/daemon_contract.py": 557,
-    "tests/e2e/lifecycle.py": 373,
-    "tests/e2e/services.py": 495,
+    "tests/e2e/daemon_contract.py": 506,
+    "tests/e2e/services.py": 492,
 }
 LARGER_FUNCTIONS = {
     "companion/daemon/daemon.cpp:runDaemon": 42,
