@@ -38,7 +38,7 @@ EventSource EventSource::onReadable(sd_event* loop, int fd, Happened happened,
     if (::sd_event_add_io(loop, &source, fd, EPOLLIN, onIo, function.get()) < 0)
         return made;
     ::sd_event_source_set_destroy_callback(source, forget);
-    function.release();
+    static_cast<void>(function.release());
     ::sd_event_source_set_priority(source, priority);
     made.m_source.reset(source);
     return made;
@@ -54,7 +54,7 @@ EventSource EventSource::after(sd_event* loop, std::chrono::microseconds delay, 
                                      function.get()) < 0)
         return made;
     ::sd_event_source_set_destroy_callback(source, forget);
-    function.release();
+    static_cast<void>(function.release());
     made.m_source.reset(source);
     return made;
 }

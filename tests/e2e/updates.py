@@ -141,6 +141,7 @@ class Updates(SandboxTest):
         self.sandbox.start("/usr/bin/trayer")
         app, window = self.start()
         window.find("label", "v1.0.0 (Build 1)")
+        wait_until(lambda: desktop.x11_windows("^Tamsel tray icon"), "the tray to have the icon")
         window.press("push button", "Check Update")
         window.find(None, "v2.0.0")
         wait_until(lambda: desktop.x11_windows("^Tamsel tray icon: Version 2.0.0 is available$"),
