@@ -21,6 +21,7 @@ namespace {
 class AtOnce final : public tamsel::BackgroundQueue {
 public:
     void run(std::function<void()> task) override { task(); }
+    void finish() override {}
 };
 
 std::string here() {
