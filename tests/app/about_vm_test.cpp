@@ -1,8 +1,8 @@
 #include "../support/lifecycle_fixture.h"
 
 #include "app/about_vm.h"
+#include "support/files.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 namespace tamsel {
@@ -11,12 +11,10 @@ struct AboutVMTest : LifecycleFixture {
     AboutVM& about = *program.screens.about();
 
     /// True when the screen took the key.
-    bool press(const QString& characters, std::uint32_t modifiers = 0,
-               FocusKind focus = FocusKind::other) {
+    bool press(const QString& characters) {
         LocalKeyEvent event;
         event.charactersIgnoringModifiers = characters;
-        event.modifierFlags = modifiers;
-        event.focus = focus;
+        event.focus = FocusKind::other;
         return localEvents.send(event);
     }
 };
@@ -35,14 +33,8 @@ TEST_F(AboutVMTest, KeysChooseTabsWhileTheScreenIsShown) {
         EXPECT_TRUE(press(key));
         EXPECT_EQ(about.selectedTab(), tab);
     }
-    EXPECT_TRUE(press("k", ModifierFlags::shift));
+    EXPECT_TRUE(press("k"));
     EXPECT_EQ(viewers, 1);
-    for (const auto modifier :
-         {ModifierFlags::command, ModifierFlags::control, ModifierFlags::option})
-        EXPECT_FALSE(press("l", modifier));
-    EXPECT_FALSE(press("l", 0, FocusKind::textInput));
-    EXPECT_FALSE(press("x"));
-    EXPECT_FALSE(press(""));
     about.disappear();
     EXPECT_FALSE(press("l"));
     EXPECT_EQ(about.selectedTab(), AboutVM::WhatsNew);
@@ -107,26 +99,12 @@ TEST_F(AboutVMTest, ShowsVersionLogAndChangelog) {
     EXPECT_EQ(pasteboard.contents, about.logText());
 
     const QTemporaryDir folder;
-    const auto put = [&](const QString& name, const QByteArray& text) {
-        QFile file(folder.filePath(name));
-        ASSERT_TRUE(file.open(QFile::WriteOnly));
-        file.write(text);
-        bundle.resources[name] = file.fileName();
-    };
-    about.appear();
-    EXPECT_EQ(about.changelogText(), "");
-    put("changelog.txt", "English");
-    bundle.languages = {"de-DE", "ja"};
-    about.appear();
-    EXPECT_EQ(about.changelogText(), "English");
-    put("changelog_zh.txt", "中文");
-    bundle.languages = {"zh-Hant-TW", "en"};
-    about.appear();
-    EXPECT_EQ(about.changelogText(), "English") << "loaded once";
-    AboutVM other{{localEvents, bundle, workspace, logger, updateMgr, quorel, daemonMgr, sysExtMgr,
-                   delegate}};
-    other.appear();
-    EXPECT_EQ(other.changelogText(), "中文");
+    bundle.resources["changelog.txt"] = folder.filePath("changelog.txt");
+    for (const char* text : {"first", "later"}) {
+        writeFile(folder.filePath("changelog.txt"), text);
+        about.appear();
+        EXPECT_EQ(about.changelogText(), "first") << "loaded once";
+    }
 }
 
 TEST_F(AboutVMTest, UninstallsServicesThenDriverAndGoesOn) {

@@ -65,6 +65,8 @@ TEST_F(AppDelegateTest, FollowsTheChoiceOfAMenuBarIcon) {
 
 TEST_F(AppDelegateTest, TheIconIsRedWhileAnUpdateWaits) {
     launch();
+    const auto ignore = [](auto) {};
+    const auto acknowledge = [] {};
     const struct {
         UpdateStatus::Kind kind;
         std::function<void()> arrange;
@@ -73,24 +75,20 @@ TEST_F(AppDelegateTest, TheIconIsRedWhileAnUpdateWaits) {
         {UpdateStatus::checking, [&] { quorel.check(true); }, ""},
         {UpdateStatus::updateAvailable,
          [&] {
-             updater.driver->showUpdateFound({"2", "200"}, [](auto) {});
+             updater.driver->showUpdateFound({"2", "200"}, ignore);
          },
          "Version 2 is available"},
         {UpdateStatus::downloading, [&] { updater.driver->showDownloadInitiated(); },
          "Downloading an update"},
         {UpdateStatus::readyToInstall,
-         [&] { updater.driver->showReadyToInstallAndRelaunch([](auto) {}); },
+         [&] { updater.driver->showReadyToInstallAndRelaunch(ignore); },
          "An update is ready to install"},
         {UpdateStatus::error,
          [&] {
-             updater.driver->showUpdaterError({"D", 1, "e"}, [] {});
+             updater.driver->showUpdaterError({"D", 1, "e"}, acknowledge);
          },
          ""},
-        {UpdateStatus::upToDate,
-         [&] {
-             quorel.check(true);
-             updater.delegate->didNotFindUpdate();
-         },
+        {UpdateStatus::upToDate, [&] { quorel.check(true), updater.delegate->didNotFindUpdate(); },
          ""},
     };
     for (const auto& c : cases) {

@@ -1,23 +1,13 @@
 #include "platform/linux/services/autostart_entry.h"
 
-#include <QDir>
-#include <QFile>
+#include "support/files.h"
+
 #include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 namespace tamsel {
-
-namespace {
-
-void write(const QString& path, const QByteArray& contents) {
-    QFile file(path);
-    ASSERT_TRUE(file.open(QFile::WriteOnly | QFile::Truncate)) << path.toStdString();
-    file.write(contents);
-}
-
-} // namespace
 
 struct AutostartEntryTest : testing::Test {
     QTemporaryDir folder;
@@ -33,9 +23,8 @@ TEST_F(AutostartEntryTest, QuotesEveryPath) {
          {"plain", "with blank", "per%cent %U", "quo\"te", "back\\slash", "$HOME `id`", "鍵盤",
           "semi;colon & # ' \\\" (x)", "tab\there", "trailing\\"}) {
         const QString program = folder.filePath(name + "/tamsel");
-        QDir().mkpath(folder.filePath(name));
-        write(program, "#!/bin/sh\nprintf %s \"$0\" > \"$TAMSEL_STARTED\"\n");
-        QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        writeFile(program, "#!/bin/sh\nprintf %s \"$0\" > \"$TAMSEL_STARTED\"\n",
+                  QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         auto subject = entry(program);
         ASSERT_TRUE(subject.registerService());
         EXPECT_EQ(subject.status(), ServiceStatus::enabled) << qPrintable(name);
@@ -96,7 +85,7 @@ TEST_F(AutostartEntryTest, EnabledMeansThatItStartsSomething) {
         {"", false},
     };
     for (const auto& row : rows) {
-        write(file, row.text);
+        writeFile(file, row.text);
         EXPECT_EQ(subject.status() == ServiceStatus::enabled, row.isEnabled) << row.text;
     }
     ASSERT_TRUE(subject.unregisterService());
@@ -105,7 +94,7 @@ TEST_F(AutostartEntryTest, EnabledMeansThatItStartsSomething) {
 }
 
 TEST_F(AutostartEntryTest, AFailureSaysWhere) {
-    write(folder.filePath("autostart"), "a file in the folder's place");
+    writeFile(folder.filePath("autostart"), "a file in the folder's place");
     const ServiceResult result = entry().registerService();
     ASSERT_FALSE(result);
     EXPECT_FALSE(result.error().isAlreadyRegistered());

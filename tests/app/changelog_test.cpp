@@ -1,8 +1,8 @@
 #include "app/changelog.h"
 
 #include "platform/fake/fake_bundle.h"
+#include "support/files.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -22,10 +22,8 @@ TEST(ChangelogTest, TheNewestEntryInTheUsersLanguage) {
     FakeBundle bundle;
     const QTemporaryDir folder;
     const auto put = [&](const QString& name, const QByteArray& text) {
-        QFile file(folder.filePath(name));
-        ASSERT_TRUE(file.open(QFile::WriteOnly));
-        file.write(text);
-        bundle.resources["changelog/" + name] = file.fileName();
+        writeFile(folder.filePath(name), text);
+        bundle.resources["changelog/" + name] = folder.filePath(name);
     };
     EXPECT_EQ(loadLatestChangelog(bundle), "");
     put("changelog.txt", "## 1\nenglish");

@@ -170,22 +170,16 @@ TEST_F(FeedbackVMTest, TimesAreShownAsTheUserWritesThem) {
         {"2026-11-24 01:05:00 +0800 GMT+8", "Today 01:05"},
         {"2026-11-23 13:35:00 -0330", "Today 01:05"},
         {"2024-02-29T00:00:00Z", "02-29 08:00"},
-        {"2026-02-29T00:00:00Z", ""},
-        {"2026-11-23T17:00:00", ""},
-        {"2026-11-23T24:00:00Z", ""},
-        {"2026-11-23T17:00:60Z", ""},
-        {"2026-11-23T17:00:00.Z", ""},
-        {"2026-11-23 17:05:00", ""},
-        {"2026-11-23 17:05:00 UTC", ""},
-        {"2026-11-23 17:05:00 +0060", ""},
-        {"2026-11-23 17:05:00 +0000 no zone", ""},
-        {" 2026-11-23T17:00:00Z", ""},
-        {"2026-11-23T17:00:00Z\n", ""},
-        {"yesterday", ""},
-        {"", ""},
     };
     for (const auto& [text, shown] : cases)
-        EXPECT_EQ(displayedTime(text, clock, {}), *shown ? shown : text) << text;
+        EXPECT_EQ(displayedTime(text, clock, {}), shown) << text;
+    const QString none = "2026-02-29T00:00:00Z|2026-11-23T17:00:00|2026-11-23T24:00:00Z|"
+                         "2026-11-23T17:00:60Z|2026-11-23T17:00:00.Z|2026-11-23 17:05:00|"
+                         "2026-11-23 17:05:00 UTC|2026-11-23 17:05:00 +0060|yesterday||"
+                         "2026-11-23 17:05:00 +0000 no zone| 2026-11-23T17:00:00Z|"
+                         "2026-11-23T17:00:00Z\n";
+    for (const QString& text : none.split('|'))
+        EXPECT_EQ(displayedTime(text, clock, {}), text) << text.toStdString();
     const auto inStyle = [this](const char* locale, const char* text) {
         return displayedTime(text, clock, TimeStyle::of(QLocale(locale)));
     };

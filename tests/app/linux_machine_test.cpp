@@ -1,8 +1,7 @@
 #include "platform/linux/driver/linux_machine.h"
 #include "platform/linux/store/folder_bundle.h"
+#include "support/files.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -16,11 +15,7 @@ namespace tamsel {
 TEST(LinuxMachineTest, LooksAtNodesAndAccounts) {
     const QTemporaryDir root;
     const auto put = [&](const QString& name, QFile::Permissions permissions) {
-        const QString path = root.filePath(name);
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QFile::WriteOnly));
-        file.setPermissions(permissions);
+        writeFile(root.filePath(name), {}, permissions);
     };
     UinputPlaces places{.helper = "/helper", .root = root.path()};
     MachineReport report = inspectMachine(places);
@@ -57,11 +52,7 @@ TEST(LinuxMachineTest, LooksAtNodesAndAccounts) {
     EXPECT_EQ(inspectMachine(places).input, NodeAccess::noAccess);
     EXPECT_EQ(inspectMachine(places).inputMode, mine + "rw-r-----") << "the one in the way";
     const auto keysOf = [&](const QByteArray& keys) {
-        const QString list = "sys/class/input/event1/device/capabilities/key";
-        put(list, owner);
-        QFile file(root.filePath(list));
-        ASSERT_TRUE(file.open(QFile::WriteOnly));
-        file.write(keys + '\n');
+        writeFile(root.filePath("sys/class/input/event1/device/capabilities/key"), keys + '\n');
     };
     keysOf("10000 0 0 0");
     EXPECT_EQ(inspectMachine(places).input, NodeAccess::noAccess) << "a mouse";

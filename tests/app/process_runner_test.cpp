@@ -1,8 +1,8 @@
 #include "platform/linux/process/administrator_script.h"
 #include "platform/linux/process/child_process_runner.h"
 #include "platform/linux/process/thread_background_queue.h"
+#include "support/files.h"
 
-#include <QDir>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -26,36 +26,17 @@ TEST(AdministratorScriptTest, OnlyAListOfKillsIsAccepted) {
     EXPECT_EQ(processesToKill(script("kill -9 812")), QStringList{"812"});
     EXPECT_EQ(processesToKill(script("kill -9 2; kill -9 4194304; kill -9 2")),
               (QStringList{"2", "4194304", "2"}));
-    const QStringList refused{
-        "",
-        "kill -9 812",
-        script(""),
-        script("kill -9 "),
-        script("kill -9 1"),
-        script("kill -9 0"),
-        script("kill -9 -7"),
-        script("kill -9 +7"),
-        script("kill -9 4194305"),
-        script("kill -9 99999999999999999999"),
-        script("kill -9 0812"),
-        script("kill -9 812;"),
-        script("kill -9 812; "),
-        script("; kill -9 812"),
-        script("kill -9 812;kill -9 990"),
-        script("kill -9 812; rm -rf /"),
-        script("kill -9 812; kill -15 990"),
-        script("kill -9 812 990"),
-        script("kill -9  812"),
-        script("kill -9 812\n"),
-        script("kill -9 812$(id)"),
-        script("kill -9 812\\"),
-        script("kill -9 \u0661\u0662"),
-        script("kill -9 812") + " ",
-        " " + script("kill -9 812"),
-        "do shell script \" with administrator privileges",
-        script("kill -9 812\" with administrator privileges; do shell script \"kill -9 990"),
-    };
-    for (const QString& text : refused)
+    const QString refused =
+        "|kill -9 |kill -9 1|kill -9 0|kill -9 -7|kill -9 +7|kill -9 4194305|kill -9 0812|"
+        "kill -9 99999999999999999999|kill -9 812;|kill -9 812; |; kill -9 812|"
+        "kill -9 812;kill -9 990|kill -9 812; rm -rf /|kill -9 812; kill -15 990|kill -9 812 990|"
+        "kill -9  812|kill -9 812\n|kill -9 812$(id)|kill -9 812\\|kill -9 \u0661\u0662|"
+        "kill -9 812\" with administrator privileges; do shell script \"kill -9 990";
+    for (const QString& text : refused.split('|'))
+        EXPECT_EQ(processesToKill(script(text)), std::nullopt) << text.toStdString();
+    for (const QString& text :
+         {QString(), QString("kill -9 812"), script("kill -9 812") + " ",
+          " " + script("kill -9 812"), QString("do shell script \" with administrator privileges")})
         EXPECT_EQ(processesToKill(text), std::nullopt) << text.toStdString();
 }
 
@@ -96,11 +77,7 @@ TEST(ChildProcessRunnerTest, WhatTakesTooMuchIsGivenUp) {
 TEST(ChildProcessRunnerTest, TheAdministratorScriptBecomesOneAuthorizedKill) {
     const QTemporaryDir folder;
     const QString pkexec = folder.filePath("pkexec");
-    QFile program(pkexec);
-    ASSERT_TRUE(program.open(QFile::WriteOnly));
-    program.write("#!/bin/sh\necho \"$*\"\nexit 126\n");
-    program.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
-    program.close();
+    writeFile(pkexec, "#!/bin/sh\necho \"$*\"\nexit 126\n", QFile::ReadOwner | QFile::ExeOwner);
     ChildProcessRunner::Settings settings;
     settings.authorize = pkexec;
     ChildProcessRunner runner(settings);

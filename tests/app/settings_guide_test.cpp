@@ -1,8 +1,6 @@
-#include "../support/logic_fixture.h"
+#include "../support/lifecycle_fixture.h"
 
 #include "app/settings_guide_vm.h"
-#include "daemon/daemon_mgr.h"
-#include "driver/system_extension_mgr.h"
 
 namespace tamsel {
 
@@ -29,72 +27,65 @@ TEST(SettingsGuideTest, NamesWhatThisMachineLacks) {
         return report;
     };
     const QString grant = "sudo '/opt/my helper' grant";
-    struct Case {
-        GuidePane pane;
-        MachineReport machine;
-        ServiceFacts service;
-        QStringList toDo;
-        GuideAction action;
-    };
+    const auto lacking = with([](auto& m) { m.input = noAccess; });
+    auto lackingUnit = lacking;
+    lackingUnit.hasUnit = true;
+    lackingUnit.daemonUser = "tamsel";
     const auto pane = GuidePane::extensions;
     const auto input = GuidePane::inputMonitoring;
     const auto items = GuidePane::loginItems;
-    const Case cases[] = {
-        {pane, fine, {}, {}, GuideAction::none},
+    constexpr auto none = GuideAction::none;
+    constexpr auto loadDriver = GuideAction::loadDriver;
+    constexpr auto registers = GuideAction::registerServices;
+    const QString modprobe = "sudo modprobe uinput";
+    const struct {
+        GuidePane pane;
+        MachineReport machine;
+        ServiceFacts service;
+        QString toDo;
+        GuideAction action;
+    } cases[] = {
+        {pane, fine, {}, "", none},
         {pane,
          with([](auto& m) { m.kernelHasDriver = false, m.uinput = noNode; }),
          {},
-         {"sudo modprobe uinput"},
-         GuideAction::none},
-        {pane,
-         with([](auto& m) { m.uinput = noNode; }),
-         {},
-         {"sudo modprobe uinput", grant},
-         GuideAction::loadDriver},
-        {pane, with([](auto& m) { m.uinput = noAccess; }), {}, {grant}, GuideAction::loadDriver},
-        {pane,
-         with([](auto& m) { m.uinput = noAccess, m.helper.clear(); }),
-         {},
-         {"helper"},
-         GuideAction::none},
-        {pane, with([](auto& m) { m.uinput = notInGroupYet; }), {}, {"login"}, GuideAction::none},
-        {input, fine, {}, {}, GuideAction::none},
-        {input, with([](auto& m) { m.input = noNode; }), {}, {"devices"}, GuideAction::none},
+         modprobe,
+         none},
+        {pane, with([](auto& m) { m.uinput = noNode; }), {}, modprobe + "; " + grant, loadDriver},
+        {pane, with([](auto& m) { m.uinput = noAccess; }), {}, grant, loadDriver},
+        {pane, with([](auto& m) { m.uinput = noAccess, m.helper.clear(); }), {}, "helper", none},
+        {pane, with([](auto& m) { m.uinput = notInGroupYet; }), {}, "login", none},
+        {input, fine, {}, "", none},
+        {input, with([](auto& m) { m.input = noNode; }), {}, "devices", none},
+        {input, lacking, {}, "sudo usermod -aG input mira; login", none},
         {input,
-         with([](auto& m) { m.input = noAccess; }),
+         lackingUnit,
          {},
-         {"sudo usermod -aG input mira", "login"},
-         GuideAction::none},
-        {input,
-         with([](auto& m) { m.input = noAccess, m.hasUnit = true, m.daemonUser = "tamsel"; }),
-         {},
-         {"sudo usermod -aG input tamsel", "sudo systemctl restart app.tamsel.daemon.service"},
-         GuideAction::none},
-        {input, with([](auto& m) { m.input = notInGroupYet; }), {}, {"login"}, GuideAction::none},
-        {items, fine, {true, false}, {}, GuideAction::none},
-        {items, fine, {false, false}, {}, GuideAction::registerServices},
+         "sudo usermod -aG input tamsel; sudo systemctl restart app.tamsel.daemon.service",
+         none},
+        {input, with([](auto& m) { m.input = notInGroupYet; }), {}, "login", none},
+        {items, fine, {true, false}, "", none},
+        {items, fine, {false, false}, "", registers},
         {items,
          with([](auto& m) { m.hasUnit = true; }),
          {false, true},
-         {"approve", "sudo systemctl enable --now app.tamsel.daemon.service",
-          "systemctl --user enable --now app.tamsel.agent.service"},
-         GuideAction::registerServices},
+         "approve; sudo systemctl enable --now app.tamsel.daemon.service; systemctl --user enable "
+         "--now app.tamsel.agent.service",
+         registers},
     };
-    for (const Case& each : cases) {
+    for (const auto& each : cases) {
         const SettingsGuide guide = settingsGuide(each.pane, each.machine, each.service);
-        EXPECT_EQ(toDo(guide), each.toDo);
-        EXPECT_EQ(guide.action, each.action) << each.toDo.join("; ").toStdString();
+        EXPECT_EQ(toDo(guide).join("; "), each.toDo);
+        EXPECT_EQ(guide.action, each.action) << each.toDo.toStdString();
         const bool isFine = std::all_of(guide.findings.begin(), guide.findings.end(),
                                         [](const GuideFinding& finding) { return finding.ok; });
-        EXPECT_EQ(isFine, each.toDo.isEmpty() && each.action == GuideAction::none);
+        EXPECT_EQ(isFine, each.toDo.isEmpty() && each.action == none);
     }
     EXPECT_EQ(shellQuoted("a'b; rm"), "'a'\\''b; rm'");
     EXPECT_EQ(shellQuoted(""), "''");
 }
 
-struct SettingsGuideVMTest : LogicFixture {
-    DaemonMgr daemonMgr{services, bundle, logger};
-    SystemExtensionMgr sysExtMgr{{extensions, processes, background, queue, logger}, client};
+struct SettingsGuideVMTest : LifecycleFixture {
     SettingsGuideVM guide{machine, daemonMgr, sysExtMgr, pasteboard};
 };
 

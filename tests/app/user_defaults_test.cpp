@@ -1,8 +1,7 @@
 #include "base/process.h"
 #include "platform/linux/store/sqlite_user_defaults.h"
+#include "support/files.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -23,7 +22,7 @@ struct SqliteUserDefaultsTest : testing::Test {
     }
 };
 
-TEST_F(SqliteUserDefaultsTest, KeepsBytesAcrossOpenings) {
+TEST_F(SqliteUserDefaultsTest, KeepsBytesAndBooleansAcrossOpenings) {
     const QByteArray bytes("\0\xff binary \0", 11);
     {
         const auto store = open();
@@ -31,24 +30,17 @@ TEST_F(SqliteUserDefaultsTest, KeepsBytesAcrossOpenings) {
         ASSERT_TRUE(store->setData("old", "k"));
         ASSERT_TRUE(store->setData(bytes, "k"));
         ASSERT_TRUE(store->setData("", "empty"));
-    }
-    const auto store = open();
-    EXPECT_EQ(store->dataForKey("k"), bytes);
-    EXPECT_EQ(store->dataForKey("empty"), QByteArray(""));
-    EXPECT_TRUE(store->setAside().isEmpty());
-}
-
-TEST_F(SqliteUserDefaultsTest, KeepsBooleansAsNumbers) {
-    {
-        const auto store = open();
         EXPECT_EQ(store->contains("f"), false);
         ASSERT_TRUE(store->setBool(true, "t"));
         ASSERT_TRUE(store->setBool(false, "f"));
     }
     const auto store = open();
+    EXPECT_EQ(store->dataForKey("k"), bytes);
+    EXPECT_EQ(store->dataForKey("empty"), QByteArray(""));
     EXPECT_EQ(store->contains("f"), true) << "a false value is one, too";
     EXPECT_EQ(store->dataForKey("t"), QByteArray("1"));
     EXPECT_EQ(store->dataForKey("f"), QByteArray("0"));
+    EXPECT_TRUE(store->setAside().isEmpty());
 }
 
 TEST_F(SqliteUserDefaultsTest, TwoOpenStoresSeeEachOther) {
@@ -62,13 +54,9 @@ TEST_F(SqliteUserDefaultsTest, TwoOpenStoresSeeEachOther) {
 }
 
 TEST_F(SqliteUserDefaultsTest, ADamagedFileIsSetAsideNotDeleted) {
-    QDir().mkpath(folder.filePath("tamsel"));
     for (int n = 1; n <= 2; ++n) {
         const QByteArray damaged = "this is no database, " + QByteArray::number(n);
-        QFile raw(file);
-        ASSERT_TRUE(raw.open(QFile::WriteOnly | QFile::Truncate));
-        raw.write(damaged);
-        raw.close();
+        writeFile(file, damaged);
         const auto store = open();
         ASSERT_TRUE(store);
         EXPECT_EQ(store->setAside(), QString("%1.damaged-%2").arg(file).arg(n));
@@ -80,8 +68,7 @@ TEST_F(SqliteUserDefaultsTest, ADamagedFileIsSetAsideNotDeleted) {
 }
 
 TEST_F(SqliteUserDefaultsTest, AFolderThatCantBeMadeIsAClearError) {
-    QFile blocker(folder.filePath("tamsel"));
-    ASSERT_TRUE(blocker.open(QFile::WriteOnly));
+    writeFile(folder.filePath("tamsel"), {});
     const auto opened = SqliteUserDefaults::open(file);
     ASSERT_FALSE(opened);
     EXPECT_NE(opened.error().description().find("tamsel"), std::string::npos);

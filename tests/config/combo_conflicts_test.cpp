@@ -145,25 +145,12 @@ TEST(UsTyping, NinetySevenCharacters) {
     for (char32_t character = 0; character < 0x300; ++character)
         count += usTyping(character) ? 1 : 0;
     EXPECT_EQ(count, 97U);
-    const auto key = [](char32_t character) {
-        const auto typed = usTyping(character).value_or(TypedKey{});
-        return std::pair(typed.usage, typed.shift == ShiftKey::held);
-    };
-    using Key = std::pair<std::uint32_t, bool>;
-    EXPECT_EQ(key('z'), Key(29, false));
-    EXPECT_EQ(key('A'), Key(4, true));
-    EXPECT_EQ(key('0'), Key(39, false));
-    EXPECT_EQ(key(')'), Key(39, true));
-    EXPECT_EQ(key('\n'), Key(40, false));
-    EXPECT_EQ(key('\t'), Key(43, false));
-    EXPECT_EQ(key(' '), Key(44, false));
-    EXPECT_EQ(key('_'), Key(45, true));
-    EXPECT_EQ(key('|'), Key(49, true));
-    EXPECT_EQ(key(';'), Key(51, false));
-    EXPECT_EQ(key('"'), Key(52, true));
-    EXPECT_EQ(key('~'), Key(53, true));
-    EXPECT_EQ(key('?'), Key(56, true));
-    EXPECT_EQ(key('\r'), Key(0, false));
+    std::string typed;
+    for (const char32_t character : U"zA0)\n\t _|;\"~?\r") {
+        const TypedKey key = usTyping(character).value_or(TypedKey{});
+        typed += (key.shift == ShiftKey::held ? '+' : ' ') + std::to_string(key.usage);
+    }
+    EXPECT_EQ(typed, " 29+4 39+39 40 43 44+45+49 51+52+53+56 0 0");
 }
 
 } // namespace tamsel

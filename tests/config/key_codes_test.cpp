@@ -40,58 +40,17 @@ TEST(KeyCodes, catalogueIsSound) {
 }
 
 TEST(KeyCodes, names) {
-    const std::pair<std::uint32_t, std::string_view> cases[] = {
-        {53, "grave_accent_and_tilde"},
-        {255, "fn"},
-        {4097, "button1"},
-        {4128, "button32"},
-        {0, "vk_none"},
-        {10, "g"},
-        {29, "z"},
-        {38, "9"},
-        {39, "0"},
-        {69, "f12"},
-        {104, "f13"},
-        {115, "f24"},
-        {231, "right_command"},
-        {56, "slash"},
-        {76, "delete_forward"},
-        {97, "keypad_9"},
-        {98, "keypad_0"},
-        {99, "keypad_period"},
-        {133, "keypad_comma"},
-        {102, "power"},
-        {129, "volume_down"},
-        {143, "international9"},
-        {148, "lang5"},
-        {126, "find"},
-        {0x1F4, "unknown (0x1F4)"},
-        {0xA5, "unknown (0xA5)"},
-        {3, "unknown (0x03)"},
-        {4129, "unknown (0x1021)"},
-        {0xFFFFFFFF, "unknown (0xFFFFFFFF)"},
-    };
-    for (const auto& [code, name] : cases) {
-        EXPECT_EQ(KeyCodes::name(code), name);
-    }
+    std::string names;
+    for (const std::uint32_t code :
+         {53U,  255U, 4097U, 4128U, 0U,     10U,   29U, 38U,   39U,  69U,
+          104U, 115U, 231U,  56U,   76U,    97U,   98U, 99U,   133U, 102U,
+          129U, 143U, 148U,  126U,  0x1F4U, 0xA5U, 3U,  4129U, ~0U})
+        names += std::string(KeyCodes::name(code)) + ' ';
+    EXPECT_EQ(names, "grave_accent_and_tilde fn button1 button32 vk_none g z 9 0 f12 f13 f24 "
+                     "right_command slash delete_forward keypad_9 keypad_0 keypad_period "
+                     "keypad_comma power volume_down international9 lang5 find unknown (0x1F4) "
+                     "unknown (0xA5) unknown (0x03) unknown (0x1021) unknown (0xFFFFFFFF) ");
     EXPECT_EQ(KeyCodes::find("left_bracket"), nullptr);
-}
-
-TEST(KeyCodes, selectorShowsEveryKeyOnce) {
-    const std::span<const KeyGroup> groups = KeyCodes::selectorGroups();
-    std::vector<std::string> titles;
-    std::size_t keys = 0;
-    for (const KeyGroup& group : groups) {
-        titles.emplace_back(group.title);
-        keys += group.keys.size();
-    }
-    EXPECT_EQ(titles, (std::vector<std::string>{"Letters", "Numbers", "Function Keys", "Modifiers",
-                                                "Controls & Symbols", "Arrow & Navigation",
-                                                "Keypad", "PC Keys", "Media Keys", "International",
-                                                "Mouse Buttons", "Other"}));
-    EXPECT_EQ(keys, 182U);
-    EXPECT_EQ(groups[10].keys.size(), 32U);
-    EXPECT_EQ(groups[11].keys.front().name, "execute");
 }
 
 TEST(KeyCodes, categories) {
@@ -173,10 +132,6 @@ TEST(EvdevCodes, pairTheKernelsKeysWithTheCatalogue) {
         const bool isKeyboardKey = key.code < KeyCodes::mouseButtonBase;
         EXPECT_EQ(usages.contains(key.code), isKeyboardKey && !lacking.contains(key.name))
             << key.name;
-        if (const auto virtualKey = KeyCodes::hidToMac(key.code)) {
-            EXPECT_EQ(KeyCodes::macToHid(*virtualKey), key.code);
-            EXPECT_TRUE(usages.contains(key.code)) << key.name;
-        }
     }
     std::string ends; // of the table's runs
     for (const int code :

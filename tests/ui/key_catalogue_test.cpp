@@ -30,6 +30,9 @@ TEST_F(KeyCatalogueTest, ListsEveryKeyButNoneUnderItsSection) {
                 ElementsAre("Letters", "Numbers", "Function Keys", "Modifiers",
                             "Controls & Symbols", "Arrow & Navigation", "Keypad", "PC Keys",
                             "Media Keys", "International", "Mouse Buttons", "Other"));
+    const QStringList sectionOf = column(KeyCatalogue::SectionRole);
+    EXPECT_EQ(sectionOf.count("Mouse Buttons"), 32);
+    EXPECT_EQ(column(KeyCatalogue::NameRole).value(sectionOf.indexOf("Other")), "execute");
     const int row = catalogue->indexOf(KeyCodes::capsLock);
     EXPECT_EQ(catalogue->codeAt(row), KeyCodes::capsLock);
     EXPECT_EQ(column(KeyCatalogue::NameRole).value(row), "caps_lock");

@@ -2,12 +2,11 @@
 
 #include "platform/linux/updater/archive_signature.h"
 #include "platform/linux/updater/archive_unpacker.h"
+#include "support/files.h"
 
-#include <QDir>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
-#include <sys/mount.h>
 #include <sys/stat.h>
 
 namespace tamsel {
@@ -33,11 +32,7 @@ struct ArchiveTest : testing::Test {
         QFile file(path);
         return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray("unreadable");
     }
-    void write(const QByteArray& bytes) const {
-        QFile file(archive);
-        ASSERT_TRUE(file.open(QFile::WriteOnly));
-        file.write(bytes);
-    }
+    void write(const QByteArray& bytes) const { writeFile(archive, bytes); }
 };
 
 TEST_F(ArchiveTest, UnpacksFilesFoldersAndLinks) {
@@ -103,14 +98,9 @@ TEST_F(ArchiveTest, RefusesWhatLeadsOutside) {
 }
 
 TEST_F(ArchiveTest, StopsAtItsLimits) {
-    writeArchive(archive, {{"t/zeros", {}, AE_IFREG, {}, 0644, 540'000'000}});
-    ASSERT_LT(QFileInfo(archive).size(), 2'000'000);
-    auto done = unpack();
-    ASSERT_FALSE(done);
-    EXPECT_EQ(done.error().fault, UnpackFault::tooLarge);
     writeArchive(archive, {{.path = "t/hole", .holes = 300'000'000},
                            {.path = "t/hole too", .holes = 300'000'000}});
-    done = unpack();
+    auto done = unpack();
     ASSERT_FALSE(done);
     EXPECT_EQ(done.error().fault, UnpackFault::tooLarge) << "holes count as what they read as";
     QList<ArchiveFile> many;
@@ -123,16 +113,6 @@ TEST_F(ArchiveTest, StopsAtItsLimits) {
     done = unpackArchive(archive, inside, {}, true);
     ASSERT_FALSE(done);
     EXPECT_EQ(done.error().fault, UnpackFault::givenUp);
-}
-
-TEST_F(ArchiveTest, SaysThatTheDiskIsFull) {
-    if (::mount("tmpfs", qPrintable(inside), "tmpfs", 0, "size=64k") != 0)
-        GTEST_SKIP() << "needs a file system of its own";
-    writeArchive(archive, {{"t/large", {}, AE_IFREG, {}, 0644, 1'000'000}});
-    const auto done = unpack();
-    ::umount(qPrintable(inside));
-    ASSERT_FALSE(done);
-    EXPECT_EQ(done.error().fault, UnpackFault::noRoom) << done.error().detail.toStdString();
 }
 
 TEST_F(ArchiveTest, RefusesWhatIsNoArchiveAtAnyLength) {

@@ -4,8 +4,6 @@
 #include "platform/linux/updater/update_choice.h"
 #include "platform/linux/updater/version_order.h"
 
-#include <QElapsedTimer>
-
 #include <gmock/gmock.h>
 
 namespace tamsel {
@@ -25,18 +23,12 @@ TEST(VersionOrder, ComparesNumbersTextsAndLengths) {
         {"99999999999999999999999999"},
         {"100000000000000000000000000"},
     };
-    for (int i = 1; i < ascending.size(); ++i) {
-        for (int j = 1; j < ascending.size(); ++j) {
-            for (const QString& left : ascending[i]) {
-                for (const QString& right : ascending[j]) {
-                    EXPECT_EQ(compareVersions(left, right) < 0, i < j)
+    for (int i = 1; i < ascending.size(); ++i)
+        for (int j = 1; j < ascending.size(); ++j)
+            for (const QString& left : ascending[i])
+                for (const QString& right : ascending[j])
+                    EXPECT_TRUE(compareVersions(left, right) == (i <=> j))
                         << left.toStdString() << " " << right.toStdString();
-                    EXPECT_EQ(compareVersions(left, right) == 0, i == j)
-                        << left.toStdString() << " " << right.toStdString();
-                }
-            }
-        }
-    }
     EXPECT_TRUE(compareVersions(ascending[0][1], ascending[0][2]) == 0);
 }
 
@@ -104,21 +96,6 @@ TEST(Appcast, RefusesWhatIsNoFeed) {
     EXPECT_TRUE(parseAppcast(good));
     EXPECT_TRUE(parseAppcast(feed(QByteArray("<a>").repeated(14) + QByteArray("</a>").repeated(14) +
                                   "<a " + "b='>' c=\"'\"/>" + "<!--<a <a--><![CDATA[<a><a>]]>")));
-}
-
-TEST(Appcast, TakesNoLongerThanItIsLong) {
-    QByteArray attributes;
-    for (int i = 0; i < 100'000; ++i)
-        attributes += " a" + QByteArray::number(i) + "=''";
-    QByteArray names;
-    for (int i = 0; i < 31; ++i)
-        names += " xmlns:n" + QByteArray::number(i) + "='u'";
-    QElapsedTimer timer;
-    timer.start();
-    EXPECT_FALSE(parseAppcast(feed("<item" + attributes + "/>")));
-    EXPECT_TRUE(parseAppcast(
-        feed("<item" + names + ">" + QByteArray("<s:x/>").repeated(150'000) + "</item>")));
-    EXPECT_LT(timer.elapsed(), 1'000);
 }
 
 struct SignedFeedTest : testing::Test {

@@ -13,10 +13,10 @@
 #include "platform/linux/updater/archive_signature.h"
 #include "platform/linux/updater/feed_updater.h"
 #include "platform/linux/updater/signed_feed.h"
+#include "support/files.h"
 #include "support/tls_server.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QEventLoop>
 #include <QTimer>
 
@@ -78,11 +78,7 @@ struct UpdateSessionTest : testing::Test {
             .toUtf8();
     }
     void put(const QString& name, const QByteArray& bytes) const {
-        QFile file(copy + '/' + name);
-        QDir().mkpath(QFileInfo(file).path());
-        ASSERT_TRUE(file.open(QFile::WriteOnly));
-        file.write(bytes);
-        file.setPermissions(QFile::Permissions(0x7755));
+        writeFile(copy + '/' + name, bytes, QFile::Permissions(0x7755));
     }
     void make(const RelaunchOrder& order = {}) {
         bundle = std::make_unique<FolderBundle>(copy + "/share/tamsel", copy + "/bin");

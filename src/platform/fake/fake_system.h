@@ -48,6 +48,7 @@ class FakeUserDefaults final : public UserDefaults {
 public:
     QMap<QString, QByteArray> values;
     std::optional<Error> failure;
+    std::optional<int> writesLeft; ///< of a program that dies: what it writes later is lost
 
     Result<std::optional<QByteArray>> dataForKey(const QString& key) override {
         if (failure)
@@ -58,6 +59,8 @@ public:
     Result<void> setData(const QByteArray& value, const QString& key) override {
         if (failure)
             return tl::unexpected(*failure);
+        if (writesLeft && (*writesLeft)-- <= 0)
+            return {};
         values[key] = value;
         return {};
     }
