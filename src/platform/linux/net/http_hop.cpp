@@ -169,7 +169,7 @@ void HttpHop::takeHeader(QByteArrayView line) {
 }
 
 std::size_t HttpHop::body(char* bytes, std::size_t one, std::size_t size, void* hop) {
-    static_cast<HttpHop*>(hop)->m_pending.append(bytes, static_cast<qsizetype>(one * size));
+    static_cast<HttpHop*>(hop)->m_pending.append(bytes, qsizetype(one) * qsizetype(size));
     return one * size;
 }
 
