@@ -139,13 +139,8 @@ class HeldKeys(WindowTest):
         self.on_both(test)
 
     def scroll_away(self, role, name):
-        def gone():
-            for x in ("640", "641"):
-                xdotool("mousemove", x, "500")
-            xdotool("click", "--repeat", "20", "--delay", "20", "5")
-            time.sleep(0.3)
-            return not self.window.all(role, name)
-        wait_until(gone, f"{name} to be scrolled away")
+        type_keys("End")
+        self.window.gone(role, name)
 
     def test_keys_do_not_act_on_what_is_scrolled_away(self):
         def test(wayland):

@@ -28,7 +28,7 @@ std::optional<KeyList> KeyList::parse(const QString& text) {
     if (words.size() != 3)
         return std::nullopt;
     bool isNumber = false;
-    const KeyList list{words[0].toULongLong(&isNumber), words[1].split(u','), words[2]};
+    KeyList list{words[0].toULongLong(&isNumber), words[1].split(u','), words[2]};
     if (!isNumber || list.number == 0 || !areKeys(list.keys) || list.text() != text)
         return std::nullopt;
     return list;
@@ -47,8 +47,8 @@ Result<KeyList> KeyList::make(quint64 number, const QStringList& keys,
     if (!areKeys(keys))
         return fail("are no keys", keys.join(u' ').toStdString());
     return archive_signature::signBytes(statement(number, keys), offlineSecret)
-        .map([&](const QString& signature) {
-            return KeyList{number, keys, signature};
+        .map([&](const QString& made) {
+            return KeyList{number, keys, made};
         });
 }
 

@@ -26,6 +26,7 @@ void become(const CopyStart::TakenBack& copy, int argc, char** argv) {
     words.insert(words.end(), argv + 1, argv + argc);
     words.insert(words.end(), {"--update-failed", copy.version});
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
