@@ -12,11 +12,9 @@ ListView {
     required property int cardWidth
 
     // What had the keyboard last, of rows that are not there any more.
-    readonly property QtObject away: QtObject {
-        property string rowId
-        property int index: 0
-        property int stop: 0
-    }
+    property string awayRow
+    property int awayIndex: 0
+    property int awayStop: 0
 
     signal leftForward()
     signal leftBackward()
@@ -39,14 +37,14 @@ ListView {
         focusRow(0, 0, 1);
     }
     function focusRowAgain(): void {
-        const place = rows.indexOf(away.rowId);
-        focusRow(place >= 0 ? place : Math.min(away.index, count - 1), away.stop, 1);
+        const place = rows.indexOf(awayRow);
+        focusRow(place >= 0 ? place : Math.min(awayIndex, count - 1), awayStop, 1);
     }
 
     function takeKeyboardFrom(cell: RowCell): void {
-        away.rowId = cell.rowId;
-        away.index = cell.index;
-        away.stop = Math.max(0, cell.focusedStop());
+        awayRow = cell.rowId;
+        awayIndex = cell.index;
+        awayStop = Math.max(0, cell.focusedStop());
         cell.focus = false;
         forceActiveFocus(Qt.OtherFocusReason);
     }

@@ -59,10 +59,16 @@ FocusScope {
         target: view.feedback
         // A reply changes the ticket's state, in the list too.
         function onTicketDetailChanged(): void {
-            const listed = view.feedback.rows.find(row => row.uuid === view.feedback.openUuid);
-            if (view.feedback.isOpenLoaded && listed && !view.feedback.isLoading
-                    && listed.status !== view.feedback.page.status)
-                view.feedback.loadTickets();
+            if (!view.feedback.isOpenLoaded || view.feedback.isLoading)
+                return;
+            const rows = view.feedback.rows;
+            for (let i = 0; i < rows.length; ++i) {
+                if (rows[i].uuid === view.feedback.openUuid
+                        && rows[i].status !== view.feedback.page.status) {
+                    view.feedback.loadTickets();
+                    return;
+                }
+            }
         }
     }
     Item {
