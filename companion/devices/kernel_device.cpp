@@ -262,7 +262,7 @@ void KernelDevice::read() {
     input_event event{};
     int result = 0;
     while (m_state == State::seized && (result = m_node->next(event)) == 0)
-        take(event);
+        handle(event);
     if (m_state == State::seized && result != -EAGAIN && result != -EINTR)
         lose();
 }
@@ -274,7 +274,7 @@ void KernelDevice::lose() {
     m_sink.lost(m_description.name);
 }
 
-void KernelDevice::take(const input_event& event) {
+void KernelDevice::handle(const input_event& event) {
     if (timeOf(event) < m_seizedAt)
         return;
     if (event.type != EV_SYN)

@@ -76,7 +76,7 @@ private:
     void reportInterfaces();
     void read();
     void lose();
-    void take(const input_event& event);
+    void handle(const input_event& event);
     void endFrame();
     const Interface* seizedInterface(std::uint16_t code) const;
     bool isStandInReady();

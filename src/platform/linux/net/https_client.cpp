@@ -26,7 +26,7 @@ public:
 private:
     void ask();
     void answered(const HopHead& head);
-    void take(const QByteArray& bytes);
+    void receive(const QByteArray& bytes);
     void ended(const std::optional<HopError>& error);
     void follow(int status, const QUrl& target);
     void finish(const Result<HttpReply>& result);
@@ -66,7 +66,7 @@ void Exchange::ask() {
     m_hop = HttpHop::send(
         m_requests, {m_request.method, m_request.url, m_request.headers, m_request.body, m_nearest},
         {.head = [this](const HopHead& head) { answered(head); },
-         .data = [this](const QByteArray& bytes) { take(bytes); },
+         .data = [this](const QByteArray& bytes) { receive(bytes); },
          .finished = [this](const auto& error) { ended(error); }});
 }
 
@@ -79,7 +79,7 @@ void Exchange::answered(const HopHead& head) {
         finish(fail("the answer is too long"));
 }
 
-void Exchange::take(const QByteArray& bytes) {
+void Exchange::receive(const QByteArray& bytes) {
     m_body += bytes;
     if (m_body.size() > m_request.maxReplySize)
         finish(fail("the answer is too long"));

@@ -31,7 +31,7 @@ void SecureFetch::ask(const QUrl& url) {
     m_url = url;
     m_hop = HttpHop::send(m_requests, {.url = url, .nearest = m_scope},
                           {.head = [this](const HopHead& head) { answered(head); },
-                           .data = [this](const QByteArray& bytes) { take(bytes); },
+                           .data = [this](const QByteArray& bytes) { receive(bytes); },
                            .finished = [this](const auto& error) { ended(error); }});
     listenAgain();
 }
@@ -56,7 +56,7 @@ void SecureFetch::answered(const HopHead& head) {
     }
 }
 
-void SecureFetch::take(const QByteArray& bytes) {
+void SecureFetch::receive(const QByteArray& bytes) {
     m_received += static_cast<std::uint64_t>(bytes.size());
     if (m_received > m_limits.bytes) {
         finish(FetchError{FetchFault::tooLarge, {}});

@@ -57,7 +57,7 @@ private:
     void ask(const QUrl& url);
     void listenAgain();
     void answered(const HopHead& head);
-    void take(const QByteArray& bytes);
+    void receive(const QByteArray& bytes);
     void ended(const std::optional<HopError>& error);
     void finish(const std::optional<FetchError>& error);
 
