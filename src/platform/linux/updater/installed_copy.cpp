@@ -117,7 +117,7 @@ QString InstalledCopy::relauncher() const {
 }
 
 Result<void> InstalledCopy::keepIdentity(const Staging& staging, const Bundle& bundle) const {
-    const auto kept = rememberCopy(staging.own(), QFile::encodeName(m_folder).toStdString());
+    auto kept = rememberCopy(staging.own(), QFile::encodeName(m_folder).toStdString());
     if (!kept)
         return kept;
     if (versionOf(m_folder) != bundle.infoString(QStringLiteral("CFBundleVersion")))
