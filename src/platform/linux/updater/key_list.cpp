@@ -35,7 +35,7 @@ std::optional<KeyList> KeyList::parse(const QString& text) {
 }
 
 std::optional<KeyList> KeyList::read(const QString& text, const QString& offlineKey) {
-    const auto list = parse(text);
+    auto list = parse(text);
     if (!list || !archive_signature::fits(statement(list->number, list->keys), list->signature,
                                           {offlineKey}))
         return std::nullopt;
